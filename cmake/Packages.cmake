@@ -1,0 +1,42 @@
+# What comes from packages. Header-only libraries are reached through folders of their own, never through the host's
+# whole include path, so that the cross build sees them and nothing else.
+find_package(Threads REQUIRED)
+
+function(ravo_header_package target)
+  add_library(${target} INTERFACE)
+  foreach(folder ${ARGN})
+    get_filename_component(name ${folder} NAME)
+    if(NOT EXISTS /usr/include/${folder})
+      message(FATAL_ERROR "/usr/include/${folder} is missing: run script/bootstrap")
+    endif()
+    set(root ${CMAKE_BINARY_DIR}/packages/${target})
+    file(MAKE_DIRECTORY ${root})
+    file(CREATE_LINK /usr/include/${folder} ${root}/${name} SYMBOLIC)
+  endforeach()
+  target_include_directories(${target} SYSTEM INTERFACE ${root})
+endfunction()
+
+ravo_header_package(pkg_rapidjson rapidjson)
+ravo_header_package(pkg_fmt fmt)
+target_compile_definitions(pkg_fmt INTERFACE FMT_HEADER_ONLY=1)
+ravo_header_package(pkg_spdlog spdlog)
+target_compile_definitions(pkg_spdlog INTERFACE SPDLOG_FMT_EXTERNAL=1 FMT_HEADER_ONLY=1)
+target_link_libraries(pkg_spdlog INTERFACE pkg_fmt)
+ravo_header_package(pkg_stb stb)
+
+# cJSON is compiled in: the library exports its whole API under its own names, on Windows decorated and plain.
+set(cjson ${CMAKE_SOURCE_DIR}/build/packages/cjson)
+if(NOT EXISTS ${cjson}/cJSON.c)
+  message(FATAL_ERROR "the sources of cJSON are missing: run script/bootstrap")
+endif()
+add_library(pkg_cjson STATIC ${cjson}/cJSON.c)
+target_include_directories(pkg_cjson SYSTEM PUBLIC ${cjson})
+target_compile_definitions(pkg_cjson PRIVATE CJSON_EXPORT_SYMBOLS CJSON_API_VISIBILITY)
+target_compile_options(pkg_cjson PRIVATE -fvisibility=default)
+
+set(BUILD_GMOCK ON)
+set(INSTALL_GTEST OFF)
+add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/packages/googletest EXCLUDE_FROM_ALL SYSTEM)
+foreach(target gtest gmock gmock_main)
+  target_compile_options(${target} PRIVATE -w)
+endforeach()

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace TESSARIN_COMMON {
+
+// UTF-8 to the UTF-16 of the system's wide calls; bytes that are no UTF-8 become the replacement character.
+inline std::wstring Utf16FromUtf8(std::string_view text) {
+  const int size = static_cast<int>(text.size());
+  const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(length), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), length);
+  return wide;
+}
+
+}  // namespace TESSARIN_COMMON

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <fmt/format.h>
+#include <ravo/log_abi.h>
+
+#include <string>
+#include <utility>
+
+#include "common/Singleton.h"
+
+namespace TESSARIN_LOG {
+
+enum class Level : int {
+  Progress = 3,    // normal progress
+  Unexpected = 4,  // survivable
+  Failure = 5,
+};
+
+// Formats a line and hands it to the log library. Holds nothing; any thread may write, before the logger is made too.
+class LogInstance : public TESSARIN_COMMON::Singleton<LogInstance> {
+ public:
+  template <class... Args>
+  void Write(const char* module, Level level, fmt::format_string<Args...> format, Args&&... args) const {
+    fmt::basic_memory_buffer<char, kInlineBytes> line;
+    fmt::format_to(fmt::appender(line), format, std::forward<Args>(args)...);
+    line.push_back('\0');
+    TessarinLogWrite(module, static_cast<int>(level), line.data());
+  }
+
+ private:
+  static constexpr std::size_t kInlineBytes = 1024;  // a usual line, a logged request included, needs no heap
+};
+
+// A line of progress under the server's own module, as most lines are.
+template <class... Args>
+void Log(fmt::format_string<Args...> format, Args&&... args) {
+  LogInstance::GetInstance().Write("Ravo", Level::Progress, format, std::forward<Args>(args)...);
+}
+
+template <class... Args>
+void LogAt(const char* module, Level level, fmt::format_string<Args...> format, Args&&... args) {
+  LogInstance::GetInstance().Write(module, level, format, std::forward<Args>(args)...);
+}
+
+// Lines spell booleans as words.
+inline const char* Word(bool value) { return value ? "true" : "false"; }
+
+}  // namespace TESSARIN_LOG

@@ -1,0 +1,119 @@
+#include "common/JsonNode.h"
+
+#include <gtest/gtest.h>
+
+#include "common/Fnv1a.h"
+
+using namespace TESSARIN_COMMON;
+
+namespace {
+
+struct Point {
+  std::int64_t x = 7;
+  bool on = false;
+};
+
+struct Drawing {
+  std::string name = "none";
+  Point origin;
+  std::vector<Point> points;
+  std::vector<std::string> tags{"default"};
+};
+
+}  // namespace
+
+template <>
+constexpr auto TESSARIN_COMMON::kFields<Point> = Fields(Field{"x", &Point::x}, Field{"on", &Point::on});
+template <>
+constexpr auto TESSARIN_COMMON::kFields<Drawing> =
+    Fields(Field{"name", &Drawing::name}, Field{"origin", &Drawing::origin}, Field{"points", &Drawing::points},
+           Field{"tags", &Drawing::tags});
+
+namespace {
+
+Drawing Read(std::string_view text) {
+  JsonNode root(text);
+  Drawing drawing;
+  ReadRecord(root, drawing);
+  return drawing;
+}
+
+std::string FailureOf(std::string_view text) {
+  try {
+    Read(text);
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "no failure";
+}
+
+TEST(JsonNode, AbsentAndNullKeysKeepWhatIsThere) {
+  const Drawing drawing = Read(R"({"name":null,"origin":{"on":true}})");
+  EXPECT_EQ(drawing.name, "none");
+  EXPECT_EQ(drawing.origin.x, 7);
+  EXPECT_TRUE(drawing.origin.on);
+  EXPECT_EQ(drawing.tags, std::vector<std::string>{"default"});
+}
+
+TEST(JsonNode, ListsTakeTheArraysSizeAndANonArrayEmptiesThem) {
+  EXPECT_EQ(Read(R"({"points":[{"x":1},{},{"x":3}]})").points.size(), 3u);
+  EXPECT_EQ(Read(R"({"points":[{"x":1},{}]})").points[1].x, 7);
+  EXPECT_TRUE(Read(R"({"tags":[]})").tags.empty());
+  EXPECT_TRUE(Read(R"({"tags":5})").tags.empty());
+}
+
+TEST(JsonNode, FailuresNameTheirPlace) {
+  const struct {
+    const char* text;
+    const char* failure;
+  } cases[] = {
+      {R"({"name":1})", "type unmatch[name]"},
+      {R"({"origin":{"x":1.0}})", "type unmatch[origin.x]"},
+      {R"({"origin":{"x":9223372036854775808}})", "type unmatch[origin.x]"},
+      {R"({"origin":{"on":"true"}})", "wish bool, but not bool or int[origin.on]"},
+      {R"({"origin":5})", "IsObject()[origin.x]"},
+      {R"({"points":[{},{"x":"1"}]})", "type unmatch[points.[1].x]"},
+      {R"({"tags":["a",2]})", "type unmatch[tags.[1]]"},
+      {"[]", "IsObject()[name]"},
+      {"", "Parse json string fail. err=The document is empty.. offset="},
+      {R"({"name" 1})",
+       "Parse json string fail. err=Missing a colon after a name of object member.. offset=1}"},
+      {R"({"name":!2345678901234567890123456789012345})",
+       "Parse json string fail. err=Invalid value.. offset=!2345678901234567890123456789012"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(FailureOf(c.text), c.failure) << c.text;
+}
+
+TEST(JsonNode, TypedGettersKeepTheirRules) {
+  JsonNode root(R"({"two":2,"big":4294967296,"half":0.5,"yes":true,"minus":-1})");
+  bool flag = false;
+  EXPECT_TRUE(root.Get("two", flag) && flag);
+  EXPECT_TRUE(root.Get("minus", flag) && flag);
+  std::int32_t narrow = 0;
+  EXPECT_THROW(root.Get("big", narrow), std::runtime_error);
+  double number = 0;
+  EXPECT_TRUE(root.Get("two", number) && number == 2.0);
+  std::uint64_t wide = 0;
+  EXPECT_TRUE(root.Get("big", wide) && wide == 4294967296u);
+  EXPECT_THROW(root.Get("minus", wide), std::runtime_error);
+  EXPECT_FALSE(root.Get("none", number));
+  EXPECT_THROW(root.Get("none", number, JsonNode::kMandatory), std::runtime_error);
+}
+
+TEST(JsonNode, NavigationChecksKindAndBounds) {
+  JsonNode root(R"({"list":[1,2]})");
+  JsonNode& list = *root.Find("list");
+  EXPECT_EQ(list.Size(), 2u);
+  EXPECT_EQ(root.Size(), 0u);
+  EXPECT_THROW(list[2], std::runtime_error);
+  EXPECT_THROW(root[0], std::runtime_error);
+  EXPECT_THROW(list.Find("x"), std::runtime_error);
+}
+
+TEST(Fnv1a, MatchesThePublishedVectors) {
+  EXPECT_EQ(Fnv1a(""), 0x811c9dc5u);
+  EXPECT_EQ(Fnv1a("a"), 0xe40c292cu);
+  EXPECT_EQ(Fnv1a("foobar"), 0xbf9cf968u);
+}
+
+}  // namespace

@@ -1,0 +1,73 @@
+#include "LogCapture.h"
+
+#include <ravo/log_abi.h>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+namespace support {
+namespace {
+
+struct Store {
+  std::mutex mutex;
+  std::condition_variable added;
+  std::vector<LogLine> lines;
+};
+
+Store& TheStore() {
+  static auto* const store = new Store;
+  return *store;
+}
+
+}  // namespace
+
+LogCapture::LogCapture() {
+  const std::lock_guard lock(TheStore().mutex);
+  first_ = TheStore().lines.size();
+}
+
+std::vector<LogLine> LogCapture::Lines() const {
+  const std::lock_guard lock(TheStore().mutex);
+  return {TheStore().lines.begin() + static_cast<std::ptrdiff_t>(first_), TheStore().lines.end()};
+}
+
+std::vector<std::string> LogCapture::Texts() const {
+  std::vector<std::string> texts;
+  for (auto& line : Lines()) texts.push_back(std::move(line.text));
+  return texts;
+}
+
+bool LogCapture::Has(const std::string& text) const { return Count(text) > 0; }
+
+int LogCapture::Count(const std::string& text) const {
+  const auto lines = Lines();
+  return static_cast<int>(std::count_if(lines.begin(), lines.end(), [&](const auto& l) { return l.text == text; }));
+}
+
+bool LogCapture::WaitFor(const std::string& text, int boundMs) const {
+  std::unique_lock lock(TheStore().mutex);
+  return TheStore().added.wait_for(lock, std::chrono::milliseconds(boundMs), [&] {
+    const auto& lines = TheStore().lines;
+    return std::any_of(lines.begin() + static_cast<std::ptrdiff_t>(first_), lines.end(),
+                       [&](const auto& line) { return line.text == text; });
+  });
+}
+
+}  // namespace support
+
+extern "C" std::int32_t RAVO_CALL CreateTessarinLogger(std::int32_t, const char*, const char*, const char*,
+                                                       std::int32_t, std::int32_t, std::int32_t) {
+  return 0;
+}
+
+extern "C" std::int32_t RAVO_CALL TessarinLogWrite(const char* module, std::int32_t level, const char* text) {
+  auto& store = support::TheStore();
+  {
+    const std::lock_guard lock(store.mutex);
+    store.lines.push_back({module, level, text});
+  }
+  store.added.notify_all();
+  return 0;
+}
