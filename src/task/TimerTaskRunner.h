@@ -7,6 +7,7 @@
 #include <list>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 #include "Thread.h"
 #include "common/Clock.h"
@@ -41,24 +42,27 @@ class TimerTaskRunner : public Runnable {
 
  private:
   struct Timer {
+    Timer(std::int32_t timerId, std::uint32_t ms, std::int64_t firstMs, Closure work)
+        : id(timerId), intervalMs(ms), nextMs(firstMs), closure(std::move(work)) {}
+
     std::int32_t id;
     std::uint32_t intervalMs;
-    std::int64_t nextMs;  // steady
+    std::int64_t nextMs;  // steady; the timer thread's once the record is in the list
     Closure closure;
     std::atomic<bool> cancelled{false};
   };
 
   void Pass();
   [[nodiscard]] std::list<Timer*> TakeDue(std::int64_t nowMs);
-  void MarkCancelled(std::int32_t id);
 
   const TESSARIN_COMMON::Clock& clock_;
   ThreadLocalSlot slot_;
   const std::unique_ptr<Thread> thread_;
 
-  // Taken in this order where both are: CancelTimer alone.
-  std::mutex listMutex_;  // guards timers_ and nextId_
+  // CancelTimer alone takes both, the run mutex first: a running closure may want the list, so whoever waits for it
+  // to end must not hold the list.
   std::mutex runMutex_;   // held while closures run
+  std::mutex listMutex_;  // guards timers_ and nextId_
   std::condition_variable wake_;
   std::list<Timer> timers_;  // in the order of creation
   std::int32_t nextId_ = 1;

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+// What Thread needs of the system.
+namespace TESSARIN_TASK {
+
+using ThreadEntry = void (*)(void* argument);
+
+struct NativeThread {
+  std::uintptr_t handle = 0;  // 0: no thread came
+  std::uint32_t id = 0;
+};
+
+// Starts a thread with the default stack; returns when its id is known.
+NativeThread StartNativeThread(ThreadEntry entry, void* argument);
+void JoinNativeThread(std::uintptr_t handle);
+// For a thread whose owner goes without joining.
+void AbandonNativeThread(std::uintptr_t handle);
+void SetNativePriority(std::uintptr_t handle, int priority);
+
+// The per-thread initialisation that the platform asks of threads that run foreign code; 0 on success, else the
+// system's code. Only after a success it is undone.
+long InitialiseThreadRuntime();
+void UninitialiseThreadRuntime();
+
+}  // namespace TESSARIN_TASK

@@ -1,0 +1,129 @@
+#include "task/TaskRunner.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <semaphore>
+#include <thread>
+#include <vector>
+
+#include "support/FakeClock.h"
+#include "support/LogCapture.h"
+
+using namespace TESSARIN_TASK;
+
+namespace {
+
+constexpr Location kHere{"Test::Here", "tests/Here"};
+
+class TaskRunnerTest : public testing::Test {
+ protected:
+  TaskRunnerTest() : runner_(TaskRunner::kMain, std::make_unique<ThreadLocalSlot>(), clock_) {}
+  ~TaskRunnerTest() override { runner_.StopRunner(); }
+
+  // Keeps the runner busy until the result is released.
+  void Block(std::binary_semaphore& gate) {
+    std::binary_semaphore entered{0};
+    runner_.PostTask(kHere, [&] {
+      entered.release();
+      gate.acquire();
+    });
+    entered.acquire();
+  }
+  void Drain() { ASSERT_TRUE(runner_.PostTaskAndWait(kHere, [] {})); }
+
+  support::FakeClock clock_;
+  support::LogCapture log_;
+  TaskRunner runner_;
+};
+
+TEST_F(TaskRunnerTest, RunsTasksOfManyThreadsOnceEachAndInTheirPostersOrder) {
+  constexpr int kPosters = 4;
+  constexpr int kEach = 500;
+  std::vector<std::vector<int>> seen(kPosters);
+  ASSERT_TRUE(runner_.StartRunner());
+  std::vector<std::thread> posters;
+  for (int p = 0; p < kPosters; ++p) {
+    posters.emplace_back([&, p] {
+      for (int i = 0; i < kEach; ++i) runner_.PostTask(kHere, [&seen, p, i] { seen[std::size_t(p)].push_back(i); });
+    });
+  }
+  for (auto& poster : posters) poster.join();
+  Drain();
+  std::vector<int> expected(kEach);
+  std::iota(expected.begin(), expected.end(), 0);
+  for (const auto& list : seen) EXPECT_EQ(list, expected);
+}
+
+TEST_F(TaskRunnerTest, BudgetsReportOnlyWhatIsStrictlyOver) {
+  ASSERT_TRUE(runner_.StartRunner());
+  const struct {
+    std::int64_t waitMs;
+    std::int64_t runMs;
+    bool waitLine;
+    bool runLine;
+  } cases[] = {{300, 200, false, false}, {301, 0, true, false}, {0, 201, false, true}};
+  for (const auto& c : cases) {
+    const support::LogCapture log;
+    std::binary_semaphore gate{0};
+    Block(gate);
+    runner_.PostTask(kHere, [&] { clock_.AdvanceMs(c.runMs); });
+    clock_.AdvanceMs(c.waitMs);
+    gate.release();
+    Drain();
+    EXPECT_EQ(log.Has("Test::Here@tests/Here waiting time: " + std::to_string(c.waitMs) + " ms."), c.waitLine);
+    EXPECT_EQ(log.Has("Test::Here@tests/Here running time: " + std::to_string(c.runMs) + " ms."), c.runLine);
+  }
+}
+
+TEST_F(TaskRunnerTest, AClockSetBackGivesNoWait) {
+  ASSERT_TRUE(runner_.StartRunner());
+  std::binary_semaphore gate{0};
+  Block(gate);
+  runner_.PostTask(kHere, [] {});
+  clock_.StepWallMs(-60000);
+  gate.release();
+  Drain();
+  for (const auto& line : log_.Texts()) EXPECT_EQ(line.find("waiting time"), std::string::npos) << line;
+}
+
+TEST_F(TaskRunnerTest, StopRunsTheTakenBatchAndDropsTheQueueReleasingItsCaller) {
+  ASSERT_TRUE(runner_.StartRunner());
+  std::binary_semaphore gate{0};
+  Block(gate);
+  bool dropped = true;
+  runner_.PostTask(kHere, [&] { dropped = false; });
+  std::thread waiter([&] { EXPECT_TRUE(runner_.PostTaskAndWait(kHere, [&] { dropped = false; })); });
+  std::thread stopper([&] { runner_.StopRunner(); });
+  waiter.join();  // the stop of the queue releases it while the runner is still busy
+  gate.release();
+  stopper.join();
+  EXPECT_TRUE(dropped);
+  EXPECT_FALSE(runner_.IsRunning());
+  runner_.PostTask(kHere, [&] { dropped = false; });
+  EXPECT_TRUE(dropped);
+}
+
+TEST_F(TaskRunnerTest, StartsOnceAndKnowsItsThread) {
+  EXPECT_TRUE(runner_.StartRunner());
+  EXPECT_FALSE(runner_.StartRunner());
+  bool inside = false;
+  ASSERT_TRUE(runner_.PostTaskAndWait(kHere, [&] { inside = runner_.IsCurrentThread(); }));
+  EXPECT_TRUE(inside);
+  EXPECT_FALSE(runner_.IsCurrentThread());
+  EXPECT_TRUE(log_.Has("TaskRunner Running, type:main_thread, thread name: main_thread"));
+}
+
+TEST(TaskRunner, TypesHaveTheirNames) {
+  const struct {
+    int type;
+    const char* name;
+  } cases[] = {{0, "normal_thread"}, {1, "unknown"}, {3, "device_thread"}, {4, "callback_thread"}, {5, "monitor_thread"}};
+  for (const auto& c : cases) {
+    const support::LogCapture log;
+    const TaskRunner runner(c.type);
+    EXPECT_TRUE(log.Has(std::string("TaskRunner created, type: ") + c.name));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,127 @@
+#include "task/TimerTaskRunner.h"
+
+#include <gtest/gtest.h>
+
+#include <semaphore>
+#include <thread>
+#include <vector>
+
+#include "support/FakeClock.h"
+#include "support/LogCapture.h"
+
+using namespace TESSARIN_TASK;
+
+namespace {
+
+class TimerTaskRunnerTest : public testing::Test {
+ protected:
+  TimerTaskRunnerTest() : runner_(clock_) { EXPECT_TRUE(runner_.StartRunner({}, {})); }
+  ~TimerTaskRunnerTest() override { runner_.StopRunner(); }
+
+  // Returns after two whole passes that began later than this call.
+  void WaitForPasses() {
+    std::counting_semaphore<> passed{0};
+    const std::int32_t id = runner_.AddTimer(1, [&] {
+      clock_.AdvanceMs(1);  // so that it is due again at the next pass
+      passed.release();
+    });
+    clock_.AdvanceMs(1);
+    for (int i = 0; i < 2; ++i) passed.acquire();
+    runner_.CancelTimer(id);
+  }
+
+  support::FakeClock clock_;
+  TimerTaskRunner runner_;
+};
+
+TEST_F(TimerTaskRunnerTest, FiresFirstAfterOneIntervalAndThenRepeats) {
+  std::counting_semaphore<> fired{0};
+  runner_.AddTimer(50000, [&] { fired.release(); });
+  clock_.AdvanceMs(49000);
+  WaitForPasses();
+  EXPECT_FALSE(fired.try_acquire());
+  for (int i = 0; i < 3; ++i) {
+    clock_.AdvanceMs(50000);
+    fired.acquire();
+  }
+}
+
+TEST_F(TimerTaskRunnerTest, AMissedTimerFiresOnceAndAllInOrderOfCreation) {
+  std::vector<int> order;
+  std::binary_semaphore last{0};
+  runner_.AddTimer(3000, [&] { order.push_back(3000); });
+  runner_.AddTimer(1000, [&] { order.push_back(1000); });
+  runner_.AddTimer(9000, [&] { last.release(); });
+  clock_.AdvanceMs(9000);
+  last.acquire();
+  EXPECT_EQ(order, (std::vector<int>{3000, 1000}));
+}
+
+TEST_F(TimerTaskRunnerTest, RefusesWhatCannotFireAndCountsIdsFromOne) {
+  EXPECT_EQ(runner_.AddTimer(0, [] {}), -1);
+  EXPECT_EQ(runner_.AddTimer(5, {}), -1);
+  EXPECT_EQ(runner_.AddTimer(5000, [] {}), 1);
+  EXPECT_EQ(runner_.AddTimer(5000, [] {}), 2);
+}
+
+TEST_F(TimerTaskRunnerTest, CancelFromOtherThreadWaitsForRunningClosure) {
+  std::binary_semaphore entered{0};
+  std::binary_semaphore gate{0};
+  std::atomic<bool> ended{false};
+  const std::int32_t id = runner_.AddTimer(1000, [&] {
+    entered.release();
+    gate.acquire();
+    ended = true;
+  });
+  clock_.AdvanceMs(1000);
+  entered.acquire();
+  std::thread canceller([&] {
+    runner_.CancelTimer(id);
+    EXPECT_TRUE(ended);
+  });
+  gate.release();
+  canceller.join();
+}
+
+TEST_F(TimerTaskRunnerTest, ClosureMayAddAndCancelWhileAnotherThreadCancels) {
+  std::binary_semaphore entered{0};
+  std::binary_semaphore gate{0};
+  std::binary_semaphore nested{0};
+  std::int32_t self = 0;
+  int runs = 0;
+  self = runner_.AddTimer(1000, [&] {
+    ++runs;
+    entered.release();
+    gate.acquire();
+    runner_.CancelTimer(self);
+    runner_.AddTimer(1000, [&] { nested.release(); });
+  });
+  const std::int32_t other = runner_.AddTimer(1000000, [] {});
+  clock_.AdvanceMs(1000);
+  entered.acquire();
+  std::thread canceller([&] { runner_.CancelTimer(other); });
+  gate.release();
+  canceller.join();
+  clock_.AdvanceMs(1000);
+  nested.acquire();
+  EXPECT_EQ(runs, 1);
+}
+
+TEST(TimerTaskRunner, HooksRunOnTheTimerThreadAndIdsRunOut) {
+  TimerTaskRunner runner;
+  bool started = false;
+  bool stopped = false;
+  ASSERT_TRUE(runner.StartRunner([&] { started = runner.IsCurrentThread(); },
+                                 [&] { stopped = runner.IsCurrentThread(); }));
+  EXPECT_FALSE(runner.StartRunner({}, {}));
+  const support::LogCapture log;
+  for (int i = 1; i <= 999999; ++i) runner.CancelTimer(runner.AddTimer(1000000, [] {}));
+  EXPECT_FALSE(log.Has("timer id large than 999999."));
+  EXPECT_EQ(runner.AddTimer(1000, [] {}), -1);
+  EXPECT_EQ(runner.AddTimer(1000, [] {}), -1);
+  EXPECT_EQ(log.Count("timer id large than 999999."), 2);
+  runner.StopRunner();
+  EXPECT_TRUE(started && stopped);
+}
+
+}  // namespace
