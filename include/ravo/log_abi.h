@@ -17,15 +17,18 @@
 extern "C" {
 #endif
 
-/* Makes the logger of the process. Called at most once, at start-up; lines that come earlier are kept or go to
- * standard error, and are not lost.
- *   version   the option logVersion
+/* Makes the logger of the process. Called at most once, at start-up. Lines that come earlier go to standard error at
+ * once, and into the files when they are opened: a process that ends before has shown them.
+ *   version   the option logVersion; stands in the first line of the file
  *   path      folder of the log files, UTF-8; empty for standard error
  *   name      name of the logger, "TESSARIN_RAVO_COMMON"
  *   file      stem of the file names, "Ravo"
- *   The three numbers are 0, 7 and 1: no flags, files of the last 7 runs are kept, and lines are also passed on at
- *   once rather than at the end of a batch.
- * All strings are NUL-terminated and are copied. The result is 0 on success, else negative. */
+ *   flags     none are defined: 0
+ *   keep      how many runs keep their files, this one included: 7; 0 for all
+ *   flush     1: a line reaches the system within a second; 0: when a buffer is full. In both cases a line of level 4
+ *             or more does so at once, and all of them when the process exits.
+ * All strings are NUL-terminated and are copied. The result is 0 on success, else negative; lines go to standard error
+ * then. */
 RAVO_LOG_API int32_t RAVO_CALL CreateTessarinLogger(int32_t version, const char* path, const char* name,
                                                     const char* file, int32_t flags, int32_t keep, int32_t flush);
 

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace TESSARIN_LUMARC {
+
+// Blocks the host's thread while the server runs. On Windows it is the thread's message loop, which also serves the
+// windows that the thread may own.
+class MessageLoop {
+ public:
+  // Called on the host's thread, before any thread that may call Quit.
+  void Attach();
+  // Returns after Quit, where the platform lets a thread return beside the one that ends the process.
+  void Run();
+  // Any thread. Lets Run end; before Attach it only keeps a later Run from blocking.
+  void Quit();
+
+ private:
+  // The condition of the loop. The message, or the wake-up, that Quit sends makes the loop look at it again.
+  std::atomic<bool> serverRunning_{true};
+  std::atomic<std::uint32_t> mainThreadId_{0};
+};
+
+// Tells the system that the process draws in real pixels. Nothing where the system has no such notion.
+void SetDpiAwareness();
+
+// What stands between the engine's folder and its file.
+extern const char* const kEngineFileSuffix;
+
+}  // namespace TESSARIN_LUMARC

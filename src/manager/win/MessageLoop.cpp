@@ -1,0 +1,71 @@
+#include "../MessageLoop.h"
+
+#include <windows.h>
+
+#include "log/LogInstance.h"
+
+namespace TESSARIN_LUMARC {
+
+namespace {
+
+using TESSARIN_LOG::Log;
+
+template <class Call>
+Call Find(HMODULE module, const char* name) {
+  return module == nullptr ? nullptr : reinterpret_cast<Call>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+using SetContextCall = BOOL(WINAPI*)(void* context);
+using SetAwarenessCall = HRESULT(WINAPI*)(int awareness);
+using SetAwareCall = BOOL(WINAPI*)();
+
+// The system's values for per-monitor awareness.
+void* const kPerMonitor = reinterpret_cast<void*>(-3);
+void* const kPerMonitorV2 = reinterpret_cast<void*>(-4);
+constexpr int kProcessPerMonitor = 2;
+
+}  // namespace
+
+const char* const kEngineFileSuffix = "\\tessarin-lumarc.dll";
+
+void MessageLoop::Attach() { mainThreadId_ = GetCurrentThreadId(); }
+
+void MessageLoop::Run() {
+  while (serverRunning_) {
+    MSG message = {};
+    // A quit message alone does not end the loop; it wakes it to look at the flag.
+    if (GetMessageA(&message, nullptr, 0, 0) == 0) continue;
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+  }
+}
+
+void MessageLoop::Quit() {
+  serverRunning_ = false;
+  PostThreadMessageA(mainThreadId_, WM_QUIT, 0, 0);
+}
+
+// The modules stay loaded. The oldest call is looked up under a name that systems with other capitals do not have;
+// they then stay as they are.
+void SetDpiAwareness() {
+  const HMODULE user = LoadLibraryExA("user32.dll", nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  const HMODULE shcore = LoadLibraryExA("shcore.dll", nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  const auto setContext = Find<SetContextCall>(user, "SetProcessDpiAwarenessContext");
+  const auto setAware = Find<SetAwareCall>(user, "SetProcessDpiAware");
+  const auto setAwareness = Find<SetAwarenessCall>(shcore, "SetProcessDpiAwareness");
+  if (setContext != nullptr) {
+    if (setContext(kPerMonitorV2) == FALSE) {
+      setContext(kPerMonitor);
+      Log("SET_PROCESS_DPI_AWARENESS_CONTEXT(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE);");
+    }
+    Log("SET_PROCESS_DPI_AWARENESS_CONTEXT(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2)");
+  } else if (setAwareness != nullptr) {
+    setAwareness(kProcessPerMonitor);
+    Log("SET_PROCESS_DPI_AWARENESS(PROCESS_PER_MONITOR_DPI_AWARE)");
+  } else if (setAware != nullptr) {
+    setAware();
+    Log("SET_PROCESS_DPI_AWARE");
+  }
+}
+
+}  // namespace TESSARIN_LUMARC

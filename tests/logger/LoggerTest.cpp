@@ -1,0 +1,135 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "support/Process.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using support::Process;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+// Each test looks at what a process of its own has logged.
+class Logger : public testing::Test {
+ protected:
+  Process Start(const std::string& action) { return Process(program_, {action, Folder()}); }
+  int Run(const std::string& action) { return Start(action).Wait().value_or(-1); }
+  [[nodiscard]] std::string Folder() const { return folder_.Text() + "/logs of \xC3\xA4nn"; }
+
+  [[nodiscard]] std::vector<fs::path> Files() const {
+    const std::string text = Folder();
+    std::vector<fs::path> files;
+    std::error_code missing;
+    for (const auto& entry : fs::directory_iterator(fs::path(std::u8string(text.begin(), text.end())), missing)) {
+      files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+  }
+
+  // What follows the last bracket of each line's head, over all files, the logger's own lines left out.
+  [[nodiscard]] std::vector<std::string> Texts() const {
+    std::vector<std::string> texts;
+    for (const auto& file : Files()) {
+      std::ifstream stream(file);
+      for (std::string line; std::getline(stream, line);) {
+        while (!line.empty() && line.back() == '\r') line.pop_back();
+        const auto head = line.find("[Ravo] ");
+        if (head != std::string::npos) texts.push_back(line.substr(head + 7));
+      }
+    }
+    return texts;
+  }
+
+  [[nodiscard]] bool WaitForText(const std::string& text) const {
+    const auto end = std::chrono::steady_clock::now() + Process::kBound;
+    while (std::chrono::steady_clock::now() < end) {
+      const auto texts = Texts();
+      if (std::find(texts.begin(), texts.end(), text) != texts.end()) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+  }
+
+  const support::TempFolder folder_;
+  const std::string program_ = support::BesideTest("log_child");
+};
+
+TEST_F(Logger, LinesBeforeTheLoggerAreOnStandardErrorAtOnceAndInTheFileInOrder) {
+  Process child = Start("early");
+  EXPECT_EQ(child.Wait(), 0);
+  EXPECT_THAT(Texts(), ElementsAre("early 1", "early 2", "later"));
+  EXPECT_THAT(child.Err(), HasSubstr("early 2"));
+  EXPECT_THAT(child.Err(), testing::Not(HasSubstr("later")));
+}
+
+TEST_F(Logger, WithoutALoggerLinesAreOnStandardError) {
+  Process child(program_, {"early", "none"});
+  EXPECT_EQ(child.Wait(), 0);
+  EXPECT_THAT(child.Err(), HasSubstr("[Ravo] later"));
+}
+
+TEST_F(Logger, AnUnusableFolderLeavesStandardError) {
+  std::ofstream(folder_.Path() / "file") << "not a folder";
+  Process child(program_, {"early", folder_.Text() + "/file/logs"});
+  EXPECT_EQ(child.Wait(), 0);
+  EXPECT_THAT(child.Err(), HasSubstr("is not usable"));
+  EXPECT_THAT(child.Err(), HasSubstr("[Ravo] later"));
+}
+
+TEST_F(Logger, ExitLosesNoLineWhileOtherThreadsWrite) {
+  EXPECT_EQ(Run("exit"), 0);
+  const auto texts = Texts();
+  EXPECT_EQ(std::count_if(texts.begin(), texts.end(), [](const auto& text) { return text.starts_with("mine "); }), 2000);
+}
+
+TEST_F(Logger, LinesOfManyThreadsStayWhole) {
+  EXPECT_EQ(Run("threads"), 0);
+  auto texts = Texts();
+  std::vector<std::string> expected;
+  for (int thread = 0; thread < 4; ++thread) {
+    for (int i = 0; i < 500; ++i) expected.push_back("thread " + std::to_string(thread) + " " + std::to_string(i));
+  }
+  EXPECT_THAT(texts, testing::UnorderedElementsAreArray(expected));
+}
+
+TEST_F(Logger, LinesReachTheFileWithoutAnEndOfTheProcess) {
+  Process child = Start("hang");
+  EXPECT_TRUE(WaitForText("progress"));
+}
+
+TEST_F(Logger, AWarningIsInTheFileAtOnce) {
+  Process child = Start("warning");
+  ASSERT_TRUE(child.WaitForOut("written"));
+  child.Kill();
+  (void)child.Wait();
+  EXPECT_THAT(Texts(), ElementsAre("a warning"));
+}
+
+TEST_F(Logger, KeepsTheFilesOfTheLastSevenRunsAndPartsABigOne) {
+  const auto first = [this] {
+    EXPECT_EQ(Run("early"), 0);
+    return Files().front();
+  }();
+  for (int run = 2; run <= 7; ++run) EXPECT_EQ(Run("early"), 0);
+  EXPECT_THAT(Files(), SizeIs(7));
+  EXPECT_EQ(Run("big"), 0);
+  EXPECT_THAT(Files(), SizeIs(8));  // 40 MiB are two parts
+  EXPECT_FALSE(fs::exists(first));
+}
+
+TEST_F(Logger, ATextCannotPassForTwoLinesAndMisuseIsRefused) {
+  Process child = Start("misuse");
+  EXPECT_EQ(child.Wait(), 0);
+  EXPECT_EQ(child.Out(), "-1-1-1-10-1");
+  EXPECT_THAT(Texts(), ElementsAre("one\\nforged\\r\\x1b[2J\\x7f\tend"));
+}
+
+}  // namespace

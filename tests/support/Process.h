@@ -1,0 +1,67 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace support {
+
+// A child program, its output kept as text. Belongs to the test's thread; two threads of its own read the pipes.
+class Process {
+ public:
+  using Bound = std::chrono::milliseconds;
+  static constexpr Bound kBound{60000};  // for programs under an emulator on a busy machine
+
+  // Starts the program with exactly these arguments, UTF-8. Fails with a std::runtime_error.
+  Process(const std::string& program, const std::vector<std::string>& arguments);
+  // Kills what still runs.
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  // Waits for the end and for the rest of the output. The exit code, 128 and the signal's number after a signal;
+  // nothing when the bound has passed.
+  std::optional<int> Wait(Bound bound = kBound);
+  void Kill();
+  // What Ctrl-C does to a program, Ctrl-Break on Windows.
+  void Interrupt();
+
+  // All that came so far.
+  [[nodiscard]] std::string Out() const { return out_.Text(); }
+  [[nodiscard]] std::string Err() const { return err_.Text(); }
+  // True once the output holds the text; false when it has ended without, or after the bound.
+  [[nodiscard]] bool WaitForOut(const std::string& text, Bound bound = kBound) { return out_.WaitFor(text, bound); }
+  [[nodiscard]] bool WaitForErr(const std::string& text, Bound bound = kBound) { return err_.WaitFor(text, bound); }
+
+ private:
+  class Stream {
+   public:
+    void ReadFrom(std::intptr_t pipe);
+    void Join();
+    [[nodiscard]] std::string Text() const;
+    bool WaitFor(const std::string& text, Bound bound);
+
+   private:
+    mutable std::mutex mutex_;  // guards text_ and ended_
+    std::condition_variable changed_;
+    std::string text_;
+    bool ended_ = false;
+    std::thread reader_;
+  };
+
+  std::intptr_t process_;
+  std::optional<int> exitCode_;
+  Stream out_;
+  Stream err_;
+};
+
+// The path of a program or library that the build put beside the test, for instance "ravo-host"; on Windows with
+// ".exe" added where the name has no ending.
+[[nodiscard]] std::string BesideTest(const std::string& name);
+
+}  // namespace support

@@ -1,0 +1,106 @@
+#include <windows.h>
+
+#include <array>
+#include <stdexcept>
+
+#include "../ProcessCalls.h"
+#include "common/Platform.h"
+#include "common/win/Utf16.h"
+
+namespace support::calls {
+namespace {
+
+void Check(bool good, const std::string& call) {
+  if (good) return;
+  throw std::runtime_error(call + ": " + TESSARIN_COMMON::SystemErrorText(TESSARIN_COMMON::LastSystemError()));
+}
+
+HANDLE Handle(std::intptr_t value) { return reinterpret_cast<HANDLE>(value); }
+
+struct Pipe {
+  HANDLE read = nullptr;
+  HANDLE write = nullptr;  // the child inherits this end alone
+  Pipe() {
+    SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    Check(CreatePipe(&read, &write, &inherited, 0) != 0, "CreatePipe");
+    SetHandleInformation(read, HANDLE_FLAG_INHERIT, 0);
+  }
+};
+
+// One argument as the programs' start-up code takes it apart: quoted, each backslash before a quote doubled.
+std::string Quoted(const std::string& argument) {
+  std::string text = "\"";
+  std::size_t backslashes = 0;
+  for (const char c : argument) {
+    if (c == '"') text.append(backslashes + 1, '\\');
+    backslashes = c == '\\' ? backslashes + 1 : 0;
+    text += c;
+  }
+  return text.append(backslashes, '\\') + '"';
+}
+
+}  // namespace
+
+const char* const kProgramEnding = ".exe";
+
+Child Spawn(const std::string& program, const std::vector<std::string>& arguments) {
+  std::string line = Quoted(program);
+  for (const auto& argument : arguments) line += ' ' + Quoted(argument);
+  std::wstring wideLine = TESSARIN_COMMON::Utf16FromUtf8(line);
+
+  const Pipe out;
+  const Pipe err;
+  STARTUPINFOW start{};
+  start.cb = sizeof start;
+  start.dwFlags = STARTF_USESTDHANDLES;
+  start.hStdOutput = out.write;
+  start.hStdError = err.write;
+  PROCESS_INFORMATION made{};
+  // A group of its own, so that Ctrl-Break reaches the child alone.
+  const bool good = CreateProcessW(nullptr, wideLine.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr,
+                                   nullptr, &start, &made) != 0;
+  const DWORD error = GetLastError();
+  CloseHandle(out.write);
+  CloseHandle(err.write);
+  if (!good) {
+    CloseHandle(out.read);
+    CloseHandle(err.read);
+    SetLastError(error);
+  }
+  Check(good, "CreateProcess " + program);
+  CloseHandle(made.hThread);
+  return {reinterpret_cast<std::intptr_t>(made.hProcess), reinterpret_cast<std::intptr_t>(out.read),
+          reinterpret_cast<std::intptr_t>(err.read)};
+}
+
+std::optional<int> Wait(std::intptr_t process, std::chrono::milliseconds bound) {
+  if (WaitForSingleObject(Handle(process), static_cast<DWORD>(bound.count())) != WAIT_OBJECT_0) return std::nullopt;
+  DWORD code = 0;
+  Check(GetExitCodeProcess(Handle(process), &code) != 0, "GetExitCodeProcess");
+  return static_cast<int>(code);
+}
+
+void Kill(std::intptr_t process) { TerminateProcess(Handle(process), 137); }
+
+void Interrupt(std::intptr_t process) {
+  Check(GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, GetProcessId(Handle(process))) != 0, "GenerateConsoleCtrlEvent");
+}
+
+void CloseProcess(std::intptr_t process) { CloseHandle(Handle(process)); }
+
+std::size_t Read(std::intptr_t pipe, char* buffer, std::size_t size) {
+  DWORD count = 0;
+  return ReadFile(Handle(pipe), buffer, static_cast<DWORD>(size), &count, nullptr) != 0 ? count : 0;
+}
+
+void ClosePipe(std::intptr_t pipe) { CloseHandle(Handle(pipe)); }
+
+std::string OwnFolder() {
+  std::array<char, 4096> path;
+  const DWORD size = GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
+  Check(size > 0, "GetModuleFileName");
+  const std::string text(path.data(), size);
+  return text.substr(0, text.rfind('\\'));
+}
+
+}  // namespace support::calls
