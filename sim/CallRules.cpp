@@ -27,7 +27,9 @@ void CallRules::Delay(std::string_view entry) const {
   if (const auto delayMs = Find(delaysMs_, entry)) std::this_thread::sleep_for(std::chrono::milliseconds(*delayMs));
 }
 
-std::optional<std::int64_t> CallRules::Result(std::string_view entry) const { return Find(results_, entry); }
+std::optional<std::int64_t> CallRules::Result(std::string_view entry) const {
+  return Find(results_, entry);
+}
 
 std::optional<std::int64_t> CallRules::Find(const Numbers& numbers, std::string_view entry) const {
   if (!any_) return std::nullopt;

@@ -45,6 +45,8 @@ bool CallbackGate::Close(std::chrono::milliseconds bound) {
   return state.left.wait_for(lock, bound, [&] { return state.inside <= insideHere; });
 }
 
-bool CallbackGate::IsClosed() { return TheState().closed; }
+bool CallbackGate::IsClosed() {
+  return TheState().closed;
+}
 
 }  // namespace sim

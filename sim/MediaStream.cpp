@@ -81,7 +81,9 @@ void MediaStream::Stop() {
   stopped_.notify_all();
 }
 
-void MediaStream::LimitRate(std::int64_t framesPerSecond) { rateLimit = framesPerSecond; }
+void MediaStream::LimitRate(std::int64_t framesPerSecond) {
+  rateLimit = framesPerSecond;
+}
 
 void MediaStream::Run() try {
   Source source(plan_);

@@ -14,7 +14,8 @@ class Pacer {
   Pacer(std::int64_t framesPerSecond, Clock::time_point start) : rate_(framesPerSecond), start_(start) {}
 
   [[nodiscard]] Clock::time_point Due() const {
-    return start_ + std::chrono::nanoseconds(std::chrono::nanoseconds(std::chrono::seconds(1)).count() * count_ / rate_);
+    return start_ +
+           std::chrono::nanoseconds(std::chrono::nanoseconds(std::chrono::seconds(1)).count() * count_ / rate_);
   }
 
   // One frame went out at `now`.

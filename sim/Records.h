@@ -9,12 +9,11 @@
 namespace TESSARIN_COMMON {
 
 template <>
-inline constexpr auto kFields<ActiveSpeakerConfig> =
-    Fields(Field{"tickTime", &ActiveSpeakerConfig::tickTime},
-           Field{"sampleInterval", &ActiveSpeakerConfig::sampleInterval},
-           Field{"maxRecordTime", &ActiveSpeakerConfig::maxRecordTime},
-           Field{"minSpeakerVolume", &ActiveSpeakerConfig::minSpeakerVolume},
-           Field{"timeBase", &ActiveSpeakerConfig::timeBase}, Field{"rankBase", &ActiveSpeakerConfig::rankBase});
+inline constexpr auto kFields<ActiveSpeakerConfig> = Fields(
+    Field{"tickTime", &ActiveSpeakerConfig::tickTime}, Field{"sampleInterval", &ActiveSpeakerConfig::sampleInterval},
+    Field{"maxRecordTime", &ActiveSpeakerConfig::maxRecordTime},
+    Field{"minSpeakerVolume", &ActiveSpeakerConfig::minSpeakerVolume},
+    Field{"timeBase", &ActiveSpeakerConfig::timeBase}, Field{"rankBase", &ActiveSpeakerConfig::rankBase});
 
 template <>
 inline constexpr auto kFields<EngineEffectDownloadConfig> = Fields(
@@ -24,10 +23,12 @@ inline constexpr auto kFields<EngineEffectDownloadConfig> = Fields(
     Field{"channel", &EngineEffectDownloadConfig::channel}, Field{"deviceId", &EngineEffectDownloadConfig::deviceId});
 
 template <>
-inline constexpr auto kFields<VideoProfile> =
-    Fields(Field{"width", &VideoProfile::width}, Field{"height", &VideoProfile::height},
-           Field{"maxKbps", &VideoProfile::maxKbps}, Field{"frameRate", &VideoProfile::frameRate},
-           Field{"scaleMode", &VideoProfile::scaleMode}, Field{"codecMode", &VideoProfile::codecMode});
+inline constexpr auto kFields<VideoProfile> = Fields(Field{"width", &VideoProfile::width},
+                                                     Field{"height", &VideoProfile::height},
+                                                     Field{"maxKbps", &VideoProfile::maxKbps},
+                                                     Field{"frameRate", &VideoProfile::frameRate},
+                                                     Field{"scaleMode", &VideoProfile::scaleMode},
+                                                     Field{"codecMode", &VideoProfile::codecMode});
 
 template <>
 inline constexpr auto kFields<LeaveMeetingConfig> =
@@ -42,24 +43,26 @@ inline constexpr auto kFields<EngineDeviceSameAsSystemConfig> =
            Field{"fallbackDeviceName", &EngineDeviceSameAsSystemConfig::fallbackDeviceName});
 
 template <>
-inline constexpr auto kFields<EngineProxyConfig> =
-    Fields(Field{"proxyType", &EngineProxyConfig::proxyType}, Field{"proxyIp", &EngineProxyConfig::proxyIp},
-           Field{"proxyPort", &EngineProxyConfig::proxyPort}, Field{"unused1", &EngineProxyConfig::unused1},
-           Field{"unused2", &EngineProxyConfig::unused2});
+inline constexpr auto kFields<EngineProxyConfig> = Fields(Field{"proxyType", &EngineProxyConfig::proxyType},
+                                                          Field{"proxyIp", &EngineProxyConfig::proxyIp},
+                                                          Field{"proxyPort", &EngineProxyConfig::proxyPort},
+                                                          Field{"unused1", &EngineProxyConfig::unused1},
+                                                          Field{"unused2", &EngineProxyConfig::unused2});
 
 template <>
-inline constexpr auto kFields<JoinUser> =
-    Fields(Field{"userId", &JoinUser::userId}, Field{"extraInfo", &JoinUser::extraInfo});
+inline constexpr auto kFields<JoinUser> = Fields(Field{"userId", &JoinUser::userId},
+                                                 Field{"extraInfo", &JoinUser::extraInfo});
 
 template <>
-inline constexpr auto kFields<JoinRoomOption> =
-    Fields(Field{"channelProfile", &JoinRoomOption::channelProfile}, Field{"reserved", &JoinRoomOption::reserved},
-           Field{"flag1", &JoinRoomOption::flag1}, Field{"flag2", &JoinRoomOption::flag2},
-           Field{"flag3", &JoinRoomOption::flag3});
+inline constexpr auto kFields<JoinRoomOption> = Fields(Field{"channelProfile", &JoinRoomOption::channelProfile},
+                                                       Field{"reserved", &JoinRoomOption::reserved},
+                                                       Field{"flag1", &JoinRoomOption::flag1},
+                                                       Field{"flag2", &JoinRoomOption::flag2},
+                                                       Field{"flag3", &JoinRoomOption::flag3});
 
 template <>
-inline constexpr auto kFields<EngineChannel> =
-    Fields(Field{"channelName", &EngineChannel::channelName}, Field{"volumeScale", &EngineChannel::volumeScale});
+inline constexpr auto kFields<EngineChannel> = Fields(Field{"channelName", &EngineChannel::channelName},
+                                                      Field{"volumeScale", &EngineChannel::volumeScale});
 
 template <>
 inline constexpr auto kFields<LocalQuality> =
@@ -75,20 +78,19 @@ inline constexpr auto kFields<LocalQuality> =
            Field{"downlink_quality", &LocalQuality::downlink_quality});
 
 template <>
-inline constexpr auto kFields<RemoteQuality> =
-    Fields(Field{"uid", &RemoteQuality::uid}, Field{"uplink_quality", &RemoteQuality::uplink_quality},
-           Field{"downlink_quality", &RemoteQuality::downlink_quality});
+inline constexpr auto kFields<RemoteQuality> = Fields(Field{"uid", &RemoteQuality::uid},
+                                                      Field{"uplink_quality", &RemoteQuality::uplink_quality},
+                                                      Field{"downlink_quality", &RemoteQuality::downlink_quality});
 
 template <>
-inline constexpr auto kFields<VolumeInfo> =
-    Fields(Field{"uid", &VolumeInfo::uid}, Field{"volume", &VolumeInfo::volume},
-           Field{"linearVolume", &VolumeInfo::linearVolume});
+inline constexpr auto kFields<VolumeInfo> = Fields(Field{"uid", &VolumeInfo::uid}, Field{"volume", &VolumeInfo::volume},
+                                                   Field{"linearVolume", &VolumeInfo::linearVolume});
 
 template <>
-inline constexpr auto kFields<LocalVolumeInfo> =
-    Fields(Field{"uid", &LocalVolumeInfo::uid}, Field{"volume", &LocalVolumeInfo::volume},
-           Field{"smoothVolume", &LocalVolumeInfo::smoothVolume},
-           Field{"linearVolume", &LocalVolumeInfo::linearVolume});
+inline constexpr auto kFields<LocalVolumeInfo> = Fields(Field{"uid", &LocalVolumeInfo::uid},
+                                                        Field{"volume", &LocalVolumeInfo::volume},
+                                                        Field{"smoothVolume", &LocalVolumeInfo::smoothVolume},
+                                                        Field{"linearVolume", &LocalVolumeInfo::linearVolume});
 
 template <>
 inline constexpr auto kFields<SysStats> =
@@ -106,8 +108,8 @@ inline constexpr auto kFields<BandwidthEstimation> =
            Field{"rxBandwidthStatus", &BandwidthEstimation::rxBandwidthStatus});
 
 template <>
-inline constexpr auto kFields<MeriTrackPair> =
-    Fields(Field{"key", &MeriTrackPair::key}, Field{"value", &MeriTrackPair::value});
+inline constexpr auto kFields<MeriTrackPair> = Fields(Field{"key", &MeriTrackPair::key},
+                                                      Field{"value", &MeriTrackPair::value});
 
 template <>
 inline constexpr auto kFields<VideoFrameInfo> =
@@ -117,43 +119,47 @@ inline constexpr auto kFields<VideoFrameInfo> =
            Field{"renderTimeMs", &VideoFrameInfo::renderTimeMs}, Field{"flip", &VideoFrameInfo::flip});
 
 template <>
-inline constexpr auto kFields<RemoteStreamKey> =
-    Fields(Field{"roomId", &RemoteStreamKey::roomId}, Field{"userId", &RemoteStreamKey::userId},
-           Field{"streamIndex", &RemoteStreamKey::streamIndex});
+inline constexpr auto kFields<RemoteStreamKey> = Fields(Field{"roomId", &RemoteStreamKey::roomId},
+                                                        Field{"userId", &RemoteStreamKey::userId},
+                                                        Field{"streamIndex", &RemoteStreamKey::streamIndex});
 
 template <>
-inline constexpr auto kFields<StreamResolution> =
-    Fields(Field{"width", &StreamResolution::width}, Field{"height", &StreamResolution::height},
-           Field{"maxKbps", &StreamResolution::maxKbps}, Field{"frameRate", &StreamResolution::frameRate},
-           Field{"scaleMode", &StreamResolution::scaleMode}, Field{"codecMode", &StreamResolution::codecMode});
+inline constexpr auto kFields<StreamResolution> = Fields(Field{"width", &StreamResolution::width},
+                                                         Field{"height", &StreamResolution::height},
+                                                         Field{"maxKbps", &StreamResolution::maxKbps},
+                                                         Field{"frameRate", &StreamResolution::frameRate},
+                                                         Field{"scaleMode", &StreamResolution::scaleMode},
+                                                         Field{"codecMode", &StreamResolution::codecMode});
 
 template <>
-inline constexpr auto kFields<SubscribeInfo> =
-    Fields(Field{"subscribeVideo", &SubscribeInfo::subscribeVideo},
-           Field{"subscribeAudio", &SubscribeInfo::subscribeAudio}, Field{"videoIndex", &SubscribeInfo::videoIndex},
-           Field{"layer", &SubscribeInfo::layer});
+inline constexpr auto kFields<SubscribeInfo> = Fields(Field{"subscribeVideo", &SubscribeInfo::subscribeVideo},
+                                                      Field{"subscribeAudio", &SubscribeInfo::subscribeAudio},
+                                                      Field{"videoIndex", &SubscribeInfo::videoIndex},
+                                                      Field{"layer", &SubscribeInfo::layer});
 
 template <>
-inline constexpr auto kFields<SubscribeConfig> =
-    Fields(Field{"frameRate", &SubscribeConfig::frameRate}, Field{"width", &SubscribeConfig::width},
-           Field{"height", &SubscribeConfig::height}, Field{"unused", &SubscribeConfig::unused});
+inline constexpr auto kFields<SubscribeConfig> = Fields(Field{"frameRate", &SubscribeConfig::frameRate},
+                                                        Field{"width", &SubscribeConfig::width},
+                                                        Field{"height", &SubscribeConfig::height},
+                                                        Field{"unused", &SubscribeConfig::unused});
 
 template <>
-inline constexpr auto kFields<DeviceInfo> = Fields(
-    Field{"deviceName", &DeviceInfo::deviceName}, Field{"deviceId", &DeviceInfo::deviceId},
-    Field{"containerId", &DeviceInfo::containerId}, Field{"deviceVid", &DeviceInfo::deviceVid},
-    Field{"devicePid", &DeviceInfo::devicePid}, Field{"deviceType", &DeviceInfo::deviceType},
-    Field{"isBuiltin", &DeviceInfo::isBuiltin}, Field{"isBluetooth", &DeviceInfo::isBluetooth},
-    Field{"isDisplayAudio", &DeviceInfo::isDisplayAudio}, Field{"isVirtual", &DeviceInfo::isVirtual},
-    Field{"isUnknown", &DeviceInfo::isUnknown}, Field{"canGetVolume", &DeviceInfo::canGetVolume},
-    Field{"canSetVolume", &DeviceInfo::canSetVolume}, Field{"stereoMode", &DeviceInfo::stereoMode},
-    Field{"handsFreeMode", &DeviceInfo::handsFreeMode}, Field{"canMove", &DeviceInfo::canMove},
-    Field{"canZoom", &DeviceInfo::canZoom}, Field{"canAutoFraming", &DeviceInfo::canAutoFraming});
+inline constexpr auto kFields<DeviceInfo> =
+    Fields(Field{"deviceName", &DeviceInfo::deviceName}, Field{"deviceId", &DeviceInfo::deviceId},
+           Field{"containerId", &DeviceInfo::containerId}, Field{"deviceVid", &DeviceInfo::deviceVid},
+           Field{"devicePid", &DeviceInfo::devicePid}, Field{"deviceType", &DeviceInfo::deviceType},
+           Field{"isBuiltin", &DeviceInfo::isBuiltin}, Field{"isBluetooth", &DeviceInfo::isBluetooth},
+           Field{"isDisplayAudio", &DeviceInfo::isDisplayAudio}, Field{"isVirtual", &DeviceInfo::isVirtual},
+           Field{"isUnknown", &DeviceInfo::isUnknown}, Field{"canGetVolume", &DeviceInfo::canGetVolume},
+           Field{"canSetVolume", &DeviceInfo::canSetVolume}, Field{"stereoMode", &DeviceInfo::stereoMode},
+           Field{"handsFreeMode", &DeviceInfo::handsFreeMode}, Field{"canMove", &DeviceInfo::canMove},
+           Field{"canZoom", &DeviceInfo::canZoom}, Field{"canAutoFraming", &DeviceInfo::canAutoFraming});
 
 template <>
-inline constexpr auto kFields<AudioMixingOption> =
-    Fields(Field{"reserved1", &AudioMixingOption::reserved1}, Field{"reserved2", &AudioMixingOption::reserved2},
-           Field{"value", &AudioMixingOption::value}, Field{"reserved3", &AudioMixingOption::reserved3});
+inline constexpr auto kFields<AudioMixingOption> = Fields(Field{"reserved1", &AudioMixingOption::reserved1},
+                                                          Field{"reserved2", &AudioMixingOption::reserved2},
+                                                          Field{"value", &AudioMixingOption::value},
+                                                          Field{"reserved3", &AudioMixingOption::reserved3});
 
 template <>
 inline constexpr auto kFields<ResolutionLimit> =
@@ -166,10 +172,11 @@ inline constexpr auto kFields<ScreenCaptureConfig> = Fields(
     Field{"scMovedWindowStableKeepMinDurationTimeMs", &ScreenCaptureConfig::scMovedWindowStableKeepMinDurationTimeMs});
 
 template <>
-inline constexpr auto kFields<VideoCaptureConfig> =
-    Fields(Field{"width", &VideoCaptureConfig::width}, Field{"height", &VideoCaptureConfig::height},
-           Field{"frameRate", &VideoCaptureConfig::frameRate},
-           Field{"capturePreference", &VideoCaptureConfig::capturePreference});
+inline constexpr auto kFields<VideoCaptureConfig> = Fields(Field{"width", &VideoCaptureConfig::width},
+                                                           Field{"height", &VideoCaptureConfig::height},
+                                                           Field{"frameRate", &VideoCaptureConfig::frameRate},
+                                                           Field{"capturePreference",
+                                                                 &VideoCaptureConfig::capturePreference});
 
 template <>
 inline constexpr auto kFields<Thumbnail> = Fields(Field{"id", &Thumbnail::id}, Field{"val", &Thumbnail::val});
@@ -201,8 +208,6 @@ template <>
 inline constexpr bool kComesInLists<Thumbnail> = true;
 template <>
 inline constexpr bool kComesInLists<const char*> = true;
-template <>
-inline constexpr bool kComesInLists<std::int32_t> = true;
 template <>
 inline constexpr bool kComesInLists<std::uint8_t> = true;
 

@@ -31,7 +31,7 @@ void StartupOrder::Check(Kind kind, std::string_view entry) {
   {
     const std::lock_guard lock(mutex_);
     phase = phase_;
-    Advance(kind);
+    if (Fits(kind, phase)) Advance(kind);
   }
   if (Fits(kind, phase)) return;
   Journal::Get().Violation(std::string(entry) + " came " + kPhaseNames[static_cast<int>(phase)]);
@@ -39,19 +39,25 @@ void StartupOrder::Check(Kind kind, std::string_view entry) {
 
 bool StartupOrder::Fits(Kind kind, Phase phase) {
   switch (kind) {
-    case Kind::Option: return phase == Phase::Options || phase == Phase::Running;
-    case Kind::Init: return phase == Phase::Options;
-    case Kind::Registration: return phase == Phase::Registrations;
-    case Kind::InitRtc: return phase == Phase::Registrations;
-    case Kind::InitDevice: return phase == Phase::Rtc;
-    case Kind::Call: return phase == Phase::Running;
-    case Kind::Destroy: return phase != Phase::Destroyed;
+    case Kind::Option:
+      return phase == Phase::Options || phase == Phase::Running;
+    case Kind::Init:
+      return phase == Phase::Options;
+    case Kind::Registration:
+      return phase == Phase::Registrations;
+    case Kind::InitRtc:
+      return phase == Phase::Registrations;
+    case Kind::InitDevice:
+      return phase == Phase::Rtc;
+    case Kind::Call:
+      return phase == Phase::Running;
+    case Kind::Destroy:
+      return phase != Phase::Destroyed;
   }
   return false;
 }
 
 void StartupOrder::Advance(Kind kind) {
-  if (phase_ == Phase::Destroyed) return;
   if (kind == Kind::Init) phase_ = Phase::Registrations;
   if (kind == Kind::InitRtc) phase_ = Phase::Rtc;
   if (kind == Kind::InitDevice) phase_ = Phase::Running;

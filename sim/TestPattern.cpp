@@ -11,8 +11,8 @@ namespace {
 
 constexpr int kBandPeriod = 128;
 constexpr int kStepsPerFrame = 4;
-constexpr int kMargin = 2;           // around the panel's text, in pixels of the font
-constexpr int kShortestLine = 12;    // characters that always fit across the picture
+constexpr int kMargin = 2;         // around the panel's text, in pixels of the font
+constexpr int kShortestLine = 12;  // characters that always fit across the picture
 constexpr std::uint8_t kPanelDark = 24;
 constexpr std::uint8_t kPanelBright = 232;
 

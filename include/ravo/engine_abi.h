@@ -1,10 +1,9 @@
 /* The contract between Ravo and the real-time engine: what a library exports to be loaded as the engine. Ravo looks
  * each entry up by its name and calls it without a test, so an engine exports all that stand here.
  *
- * Entries have C linkage and the C calling convention, and throw nothing. Calls come one at a time, as a rule from one
- * thread of Ravo's. Callbacks may run on any thread of the engine's, several at once, and a callback may come while a
- * call is still in progress; but Ravo calls entries from within a callback only where it says so below, and DestroyServer
- * must not wait for a callback that is under way.
+ * Entries have C linkage and the C calling convention, and throw nothing. They are called one at a time, by one thread
+ * of Ravo's. Callbacks may run on any thread of the engine's, several at once, also while a call is in progress. They
+ * come back soon: work is put off to Ravo's own threads, and none calls an entry.
  *
  * How values travel, where nothing else is said:
  *   number        int64_t, also for enumerations, indexes and ids; int32_t where a result is a status
@@ -34,8 +33,8 @@
 
 /* A registration: declares the type of the callback, as in OnUserJoinCallback, and the entry that takes it. The engine
  * keeps the callback until it is unloaded; a second registration replaces the first. */
-#define RAVO_ENGINE_CALLBACK(Name, ...)                   \
-  typedef void(RAVO_CALL* Name##Callback)(__VA_ARGS__);   \
+#define RAVO_ENGINE_CALLBACK(Name, ...)                  \
+  typedef void(RAVO_CALL * Name##Callback)(__VA_ARGS__); \
   RAVO_ENGINE_API void RAVO_CALL Name(Name##Callback callback)
 
 #ifdef __cplusplus
@@ -111,8 +110,7 @@ RAVO_ENGINE_CALLBACK(OnAudioRecordFormat, int64_t value1, int64_t value2, int64_
 RAVO_ENGINE_CALLBACK(OnNetworkQuality, const LocalQuality* local, const RemoteQuality* remotes, int32_t count);
 RAVO_ENGINE_CALLBACK(OnNetworkTypeChanged, int64_t type);
 RAVO_ENGINE_CALLBACK(OnConnectionStateChanged, int64_t state);
-RAVO_ENGINE_CALLBACK(OnAudioVolumeIndication, const VolumeInfo* volumes, int32_t count, int64_t value1,
-                     int64_t value2);
+RAVO_ENGINE_CALLBACK(OnAudioVolumeIndication, const VolumeInfo* volumes, int32_t count, int64_t value1, int64_t value2);
 RAVO_ENGINE_CALLBACK(OnFirstLocalVideoFrameCaptured, int64_t index, VideoFrameInfo info);
 RAVO_ENGINE_CALLBACK(OnFirstRemoteVideoFrameDecoded, const RemoteStreamKey* key, VideoFrameInfo info);
 RAVO_ENGINE_CALLBACK(OnFirstRemoteAudioFrame, const char* uid, int64_t value);
@@ -122,8 +120,9 @@ RAVO_ENGINE_CALLBACK(OnVolumeChange, int64_t volume, bool flag1, bool flag2);
 RAVO_ENGINE_CALLBACK(OnVemoraException, const char* text);
 /* A tracking event; pairs with one key keep the first value. */
 RAVO_ENGINE_CALLBACK(OnUlvoMeriTrack, const char* event, const MeriTrackPair* pairs, int32_t count);
-/* A picture to show, decoded or captured: 8-bit planes Y, U and V at 4:2:0, and the bytes from one line to the next of
- * each. The uid is empty for the local preview. Ravo copies the picture before it returns. */
+/* A picture to show, decoded or captured: the 8-bit planes Y, U and V, the latter two at half the height, and for each
+ * the bytes from one line to the next; so at least three planes and three strides. The uid is empty for the local
+ * preview. Ravo copies the picture before it returns. */
 RAVO_ENGINE_CALLBACK(OnVideoCommonFrame, const char* uid, VideoFrameInfo info, const uint8_t* const* planes,
                      int32_t planeCount, const int64_t* strides);
 /* Of a message only the length is passed on. */
@@ -150,7 +149,7 @@ RAVO_ENGINE_CALLBACK(OnAudioPlaybackDeviceTestVolume, int64_t volume);
 
 /* ---- Meeting and media calls ---- */
 
-/* The end: stops all threads and callbacks. The process ends after it. */
+/* The end: no callback starts after it has returned. */
 RAVO_ENGINE_API void RAVO_CALL DestroyServer(void);
 RAVO_ENGINE_API int64_t RAVO_CALL JoinBreakDownRoom(const char* roomId, bool flag);
 RAVO_ENGINE_API int64_t RAVO_CALL LeaveBreakDownRoom(void);
@@ -230,7 +229,7 @@ RAVO_ENGINE_CALLBACK(OnScreenCastWarning, int64_t code);
 RAVO_ENGINE_CALLBACK(OnScreenCastError, int64_t code);
 RAVO_ENGINE_CALLBACK(OnScreenCastEnableShareAudio, bool enable);
 
-/* ---- Screen sharing calls: a channel is the client's last number and is mostly 0 ---- */
+/* ---- Screen sharing calls: a channel is a number of the client's that is passed on, 0 if it gives none ---- */
 
 /* media: 1 audio, 2 video, 3 both; the second argument is 0. */
 RAVO_ENGINE_API int64_t RAVO_CALL SCPublishScreen(int64_t media, int64_t reserved);

@@ -102,9 +102,9 @@ RAVO_SLOT_STATIC_ASSERT(offsetof(ravo_frame_header, colorSpace) == 48, "colorSpa
 /* Outcomes of the calls below. */
 enum {
   RAVO_SLOT_OK = 0,
-  RAVO_SLOT_BUSY = 1,  /* no complete frame at this moment, or the copy is torn: wait for the event, try again */
-  RAVO_SLOT_BAD = 2,   /* the header describes more than the segment holds */
-  RAVO_SLOT_SMALL = 3  /* the frame does not fit the destination */
+  RAVO_SLOT_BUSY = 1, /* no complete frame at this moment, or the copy is torn: wait for the event, try again */
+  RAVO_SLOT_BAD = 2,  /* the header describes more than the segment holds */
+  RAVO_SLOT_SMALL = 3 /* the frame does not fit the destination */
 };
 
 /* A load that later loads cannot overtake. `word` is aligned to 4 bytes. */

@@ -10,7 +10,7 @@
 #if defined(RAVO_LOG_BUILD)
 #define RAVO_LOG_API RAVO_EXPORT
 #else
-#define RAVO_LOG_API RAVO_IMPORT
+#define RAVO_LOG_API /* plain, so that an import library and a stand-in linked in serve alike */
 #endif
 
 #ifdef __cplusplus

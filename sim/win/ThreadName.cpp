@@ -10,8 +10,8 @@ namespace sim {
 void NameThread(const char* name) {
   using SetDescription = HRESULT(WINAPI*)(HANDLE, PCWSTR);
   const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
-  const auto set = reinterpret_cast<SetDescription>(
-      reinterpret_cast<void*>(GetProcAddress(kernel, "SetThreadDescription")));
+  const auto set =
+      reinterpret_cast<SetDescription>(reinterpret_cast<void*>(GetProcAddress(kernel, "SetThreadDescription")));
   const std::string text(name);
   if (set != nullptr) set(GetCurrentThread(), std::wstring(text.begin(), text.end()).c_str());
 }

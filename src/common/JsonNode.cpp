@@ -76,6 +76,7 @@ bool JsonNode::GetScalar(std::string_view key, T& out, unsigned options, const c
 }
 
 JsonNode* JsonNode::Find(std::string_view key) {
+  if (value_->IsNull()) return nullptr;
   if (!value_->IsObject()) Fail("not object", key);
   const rapidjson::Value* found = Member(key);
   return found != nullptr ? AddChild(key, -1, found) : nullptr;
@@ -87,13 +88,15 @@ JsonNode& JsonNode::operator[](std::size_t index) {
   return *AddChild("", static_cast<int>(index), &(*value_)[static_cast<rapidjson::SizeType>(index)]);
 }
 
-std::size_t JsonNode::Size() const { return value_->IsArray() ? value_->Size() : 0; }
+std::size_t JsonNode::Size() const {
+  return value_->IsArray() ? value_->Size() : 0;
+}
 
 // Null for an absent value and for a JSON null, which are not told apart.
 const rapidjson::Value* JsonNode::Lookup(std::string_view key, unsigned options) const {
   const rapidjson::Value* found = nullptr;
   try {
-    found = key.empty() ? value_ : Member(key);
+    found = key.empty() || value_->IsNull() ? value_ : Member(key);  // a null node has no members
   } catch (const std::runtime_error& error) {
     Fail(error.what(), key);  // a member looked up in what is no object: "IsObject()"
   }

@@ -27,8 +27,9 @@ class JsonNode {
   JsonNode(const JsonNode&) = delete;
   JsonNode& operator=(const JsonNode&) = delete;
 
-  // Reads the member `key`, or the node's own value if key is empty. True if a value was read. An absent key, and one
-  // whose value is null, returns false and leaves `out` alone, or fails with "mandatory key not found".
+  // Reads the member `key`, or the node's own value if key is empty. True if a value was read. An absent key, one
+  // whose value is null, and any key of a node that is null itself, returns false and leaves `out` alone, or fails with
+  // "mandatory key not found".
   bool Get(std::string_view key, std::string& out, unsigned options = kNone) const;
   bool Get(std::string_view key, bool& out, unsigned options = kNone) const;  // accepts an integer, 0 being false
   bool Get(std::string_view key, std::int32_t& out, unsigned options = kNone) const;
@@ -65,10 +66,10 @@ class JsonNode {
   [[nodiscard]] std::string Path() const;
 
   const JsonNode* parent_ = nullptr;
-  std::string key_;                                 // empty for the root and for array rows
-  int index_ = -1;                                  // -1 if no array row
+  std::string key_;  // empty for the root and for array rows
+  int index_ = -1;   // -1 if no array row
   std::vector<std::unique_ptr<JsonNode>> children_;
-  std::unique_ptr<rapidjson::Document> document_;   // the root's alone
+  std::unique_ptr<rapidjson::Document> document_;  // the root's alone
   const rapidjson::Value* value_ = nullptr;
 };
 

@@ -75,6 +75,8 @@ void JsonWriter::Add(const char* key, const T& record) {
     } else if constexpr (std::is_same_v<Member, std::int64_t>) {
       if (field.narrow == Narrow::Int32OnWrite) return Add(field.name, static_cast<std::int32_t>(value));
       Add(field.name, value);
+    } else if constexpr (std::is_same_v<Member, std::uint8_t>) {
+      Add(field.name, value != 0);  // a boolean byte of a C interface
     } else {
       Add(field.name, value);
     }

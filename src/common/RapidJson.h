@@ -6,8 +6,8 @@
 #ifdef RAPIDJSON_ASSERT
 #error "include common/RapidJson.h before anything of rapidjson"
 #endif
-#define RAPIDJSON_ASSERT(expression)                           \
-  do {                                                         \
+#define RAPIDJSON_ASSERT(expression)                          \
+  do {                                                        \
     if (!(expression)) throw std::runtime_error(#expression); \
   } while (false)
 // Inside its noexcept functions a throw could not leave.

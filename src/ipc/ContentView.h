@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "common/RapidJson.h"
 
@@ -18,8 +19,13 @@ namespace TESSARIN_COMMON {
 class ContentView {
  public:
   ContentView() = default;
-  ContentView(ContentView&&) noexcept = default;
-  ContentView& operator=(ContentView&&) noexcept = default;
+  ContentView(ContentView&& other) noexcept
+      : pool_(std::move(other.pool_)), value_(std::exchange(other.value_, nullptr)) {}
+  ContentView& operator=(ContentView&& other) noexcept {
+    pool_ = std::move(other.pool_);
+    value_ = std::exchange(other.value_, nullptr);
+    return *this;
+  }
   ~ContentView() = default;
 
   // Replaces the content. Fails as JsonNode does: "Parse json string fail. err=...".
@@ -50,7 +56,6 @@ class ContentView {
   struct GiveBack {
     void operator()(Pool* pool) const;
   };
-  friend class JsonScratch;
 
   // The element, or the root standing for it; null if neither is of the kind.
   template <class Accepts>

@@ -45,7 +45,7 @@ class NamedPipe : public IIpcDataRecv {
 
   void Report(const PipeFailure& failure) const;
   void Report(const PipeFailure& failure, int systemError) const;
-  // Null, with a report, if the system has no port to give.
+  // False, with a report, if the system has no port to give.
   [[nodiscard]] bool CreatePort(PipeStream& stream) const;
   [[nodiscard]] std::shared_ptr<PipeStream> Stream() const;
   void SetStream(std::shared_ptr<PipeStream> stream);

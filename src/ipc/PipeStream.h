@@ -67,6 +67,8 @@ class PipeStream {
   virtual int PostRead(void* buffer, std::uint32_t size, Until until) = 0;
   // Below 0, the read is no longer posted and its buffer is the caller's again.
   virtual Read WaitRead() = 0;
+  // What a wait without any stream gives.
+  [[nodiscard]] static Read WaitOnNothing();
 };
 
 }  // namespace TESSARIN_COMMON

@@ -43,6 +43,8 @@ void LogAt(const char* module, Level level, fmt::format_string<Args...> format, 
 }
 
 // Lines spell booleans as words.
-inline const char* Word(bool value) { return value ? "true" : "false"; }
+inline const char* Word(bool value) {
+  return value ? "true" : "false";
+}
 
 }  // namespace TESSARIN_LOG

@@ -61,6 +61,7 @@ class RavoManager final : public TESSARIN_COMMON::Singleton<RavoManager>, public
   [[nodiscard]] TESSARIN_TASK::TimerTaskRunner& Timers() { return *timerRunner; }
   [[nodiscard]] QX_MONITOR::MeetingMonitor& Monitor() { return *meetingMonitor; }
   [[nodiscard]] MeetingManager& Meeting() { return *meetingManager; }
+  [[nodiscard]] ScreenManager& Screen() { return *screenManager; }
   [[nodiscard]] SubscribeManager& Subscriptions() { return *subscribeManager; }
   // "main_thread" changes them (UpdateServerOption); the host's thread sets them before that thread has work.
   [[nodiscard]] const TESSARIN_COMMON::ServerOption& Options() const { return serverOption; }
@@ -104,9 +105,9 @@ class RavoManager final : public TESSARIN_COMMON::Singleton<RavoManager>, public
   std::unique_ptr<TESSARIN_COMMON::IPCServer> ipcServer;
   bool clientConnected = false;  // set by the IPC thread and never cleared; for debuggers, nothing tests it
   HandlerMap handlers;
-  std::int64_t initCostMs = 0;   // of the init task
+  std::int64_t initCostMs = 0;  // of the init task
   MessageLoop messageLoop;
-  bool m_bStopServer = false;    // "main_thread" alone
+  bool m_bStopServer = false;  // "main_thread" alone
   std::atomic<bool> m_bInitIpcServer{false};
   std::shared_ptr<slots::VideoFrameSlots> frameSlots;
   std::int32_t frameTickTimerId = -1;

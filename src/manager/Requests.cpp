@@ -6,11 +6,13 @@ namespace TESSARIN_LUMARC {
 
 void ReplyText(IPCData& request, std::string content) {
   request.content = std::move(content);
-  request.message_type = TESSARIN_COMMON::kCallResponse;
+  request.message_type = TESSARIN_COMMON::kMessageCallResponse;
   RavoManager::GetInstance().SendEnvelope(request);
 }
 
-void ReplyNull(IPCData& request) { ReplyText(request, "null"); }
+void ReplyNull(IPCData& request) {
+  ReplyText(request, "null");
+}
 
 bool RequestManager::handle(IPCData& request) const {
   const auto entry = handlers_.find(request.message_key);

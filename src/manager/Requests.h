@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -146,8 +147,7 @@ class RequestManager {
   ~RequestManager() = default;
 
   void Add(std::string method, Handler handler) { handlers_.emplace(std::move(method), std::move(handler)); }
-  template <std::size_t N>
-  void Add(const std::array<RequestRow, N>& rows) {
+  void Add(std::span<const RequestRow> rows) {
     for (const RequestRow& row : rows) Add(row.method, row.handler);
   }
 

@@ -214,28 +214,31 @@ inline constexpr auto kFields<ActiveSpeakerConfig> = Fields(
     Field{"timeBase", &ActiveSpeakerConfig::timeBase}, Field{"rankBase", &ActiveSpeakerConfig::rankBase});
 
 template <>
-inline constexpr auto kFields<BeautyEffectParam> =
-    Fields(Field{"enable", &BeautyEffectParam::enable}, Field{"smooth", &BeautyEffectParam::smooth},
-           Field{"white", &BeautyEffectParam::white}, Field{"sharp", &BeautyEffectParam::sharp});
+inline constexpr auto kFields<BeautyEffectParam> = Fields(Field{"enable", &BeautyEffectParam::enable},
+                                                          Field{"smooth", &BeautyEffectParam::smooth},
+                                                          Field{"white", &BeautyEffectParam::white},
+                                                          Field{"sharp", &BeautyEffectParam::sharp});
 
 template <>
-inline constexpr auto kFields<DeviceManagerConfig> =
-    Fields(Field{"enableHID", &DeviceManagerConfig::enableHID},
-           Field{"enableCaptureCard", &DeviceManagerConfig::enableCaptureCard});
+inline constexpr auto kFields<DeviceManagerConfig> = Fields(Field{"enableHID", &DeviceManagerConfig::enableHID},
+                                                            Field{"enableCaptureCard",
+                                                                  &DeviceManagerConfig::enableCaptureCard});
 
 template <>
-inline constexpr auto kFields<OpenGLLibraryPath> =
-    Fields(Field{"glv1", &OpenGLLibraryPath::glv1}, Field{"glesv2", &OpenGLLibraryPath::glesv2});
+inline constexpr auto kFields<OpenGLLibraryPath> = Fields(Field{"glv1", &OpenGLLibraryPath::glv1},
+                                                          Field{"glesv2", &OpenGLLibraryPath::glesv2});
 
 template <>
 inline constexpr auto kFields<QzNetConfig> = Fields(Field{"qncConfigPath", &QzNetConfig::qncConfigPath},
                                                     Field{"qznetLibPath", &QzNetConfig::qznetLibPath});
 
 template <>
-inline constexpr auto kFields<EffectDownloadConfig> =
-    Fields(Field{"accessKey", &EffectDownloadConfig::accessKey}, Field{"host", &EffectDownloadConfig::host},
-           Field{"platform", &EffectDownloadConfig::platform}, Field{"deviceType", &EffectDownloadConfig::deviceType},
-           Field{"channel", &EffectDownloadConfig::channel}, Field{"deviceId", &EffectDownloadConfig::deviceId});
+inline constexpr auto kFields<EffectDownloadConfig> = Fields(Field{"accessKey", &EffectDownloadConfig::accessKey},
+                                                             Field{"host", &EffectDownloadConfig::host},
+                                                             Field{"platform", &EffectDownloadConfig::platform},
+                                                             Field{"deviceType", &EffectDownloadConfig::deviceType},
+                                                             Field{"channel", &EffectDownloadConfig::channel},
+                                                             Field{"deviceId", &EffectDownloadConfig::deviceId});
 
 template <>
 inline constexpr auto kFields<VideoProfile> =
@@ -251,9 +254,10 @@ inline constexpr auto kFields<LeaveMeetingConfig> =
            Field{"destroyTimeoutDuration", &LeaveMeetingConfig::destroyTimeoutDuration});
 
 template <>
-inline constexpr auto kFields<AddonLoader> =
-    Fields(Field{"remoteWindowManager", &AddonLoader::remoteWindowManager}, Field{"echoTest", &AddonLoader::echoTest},
-           Field{"audioCapture", &AddonLoader::audioCapture}, Field{"uvc", &AddonLoader::uvc});
+inline constexpr auto kFields<AddonLoader> = Fields(Field{"remoteWindowManager", &AddonLoader::remoteWindowManager},
+                                                    Field{"echoTest", &AddonLoader::echoTest},
+                                                    Field{"audioCapture", &AddonLoader::audioCapture},
+                                                    Field{"uvc", &AddonLoader::uvc});
 
 template <>
 inline constexpr auto kFields<DeviceSameAsSystemConfig> =
@@ -276,11 +280,11 @@ inline constexpr auto kFields<ProxyConfig> = Fields(Field{"proxyType", &ProxyCon
                                                     Field{"proxyPort", &ProxyConfig::proxyPort});
 
 template <>
-inline constexpr auto kFields<VendorTypeConfig> =
-    Fields(Field{"vendorType", &VendorTypeConfig::vendorType, Narrow::Int32OnWrite},
-           Field{"isMediaOversea", &VendorTypeConfig::isMediaOversea},
-           Field{"isDataOversea", &VendorTypeConfig::isDataOversea},
-           Field{"serviceType", &VendorTypeConfig::serviceType});
+inline constexpr auto kFields<VendorTypeConfig> = Fields(Field{"vendorType", &VendorTypeConfig::vendorType,
+                                                               Narrow::Int32OnWrite},
+                                                         Field{"isMediaOversea", &VendorTypeConfig::isMediaOversea},
+                                                         Field{"isDataOversea", &VendorTypeConfig::isDataOversea},
+                                                         Field{"serviceType", &VendorTypeConfig::serviceType});
 
 template <>
 inline constexpr auto kFields<SentryOption> = Fields(Field{"productName", &SentryOption::productName});
@@ -296,8 +300,7 @@ inline constexpr auto kFields<ServerOption> = Fields(
     Field{"subscribeDebounceTime", &ServerOption::subscribeDebounceTime},
     Field{"beautyEffectParam", &ServerOption::beautyEffectParam}, Field{"serverTitle", &ServerOption::serverTitle},
     Field{"enableAutoSubscribe", &ServerOption::enableAutoSubscribe}, Field{"logName", &ServerOption::logName},
-    Field{"logPath", &ServerOption::logPath},
-    Field{"logVersion", &ServerOption::logVersion, Narrow::Int32OnWrite},
+    Field{"logPath", &ServerOption::logPath}, Field{"logVersion", &ServerOption::logVersion, Narrow::Int32OnWrite},
     Field{"RTCLogPath", &ServerOption::RTCLogPath}, Field{"isRelease", &ServerOption::isRelease},
     Field{"enableLib", &ServerOption::enableLib}, Field{"enableDebug", &ServerOption::enableDebug},
     Field{"enableRTCLog", &ServerOption::enableRTCLog},
@@ -333,8 +336,8 @@ inline constexpr auto kFields<ServerOption> = Fields(
     Field{"enableAutoMonitor", &ServerOption::enableAutoMonitor},
     Field{"monitorExtendConfig", &ServerOption::monitorExtendConfig},
     Field{"enableNativeUI", &ServerOption::enableNativeUI},
-    Field{"manuallyDylibPath", &ServerOption::manuallyDylibPath},
-    Field{"isNativeDovra", &ServerOption::isNativeDovra}, Field{"rtcFgConfig", &ServerOption::rtcFgConfig},
+    Field{"manuallyDylibPath", &ServerOption::manuallyDylibPath}, Field{"isNativeDovra", &ServerOption::isNativeDovra},
+    Field{"rtcFgConfig", &ServerOption::rtcFgConfig},
     Field{"effectProductLine", &ServerOption::effectProductLine, Narrow::Int32OnWrite},
     Field{"enableAutoPublish", &ServerOption::enableAutoPublish}, Field{"productLine", &ServerOption::productLine},
     Field{"enableRestartDaemon", &ServerOption::enableRestartDaemon},

@@ -35,7 +35,7 @@ struct DeviceGroup {
 
 struct ServerInformation {
   ServerState serverState;
-  std::vector<slots::StreamQueryRecord> streamInfo;
+  std::vector<slots::StreamStateRecord> streamInfo;
   std::vector<DeviceGroup> deviceInfo;
   TESSARIN_COMMON::ServerOption serverOpt;
   SubscribeStatus subscribeStatus;

@@ -113,8 +113,7 @@ void SubscriptionScheduler::AskEngine(const SubscribeStream& stream, const Subsc
 }
 
 void SubscriptionScheduler::OnStreamSubscribedTask(std::int64_t state, const std::string& sid, bool subscribeVideo,
-                                                   bool subscribeAudio, std::uint64_t videoIndex,
-                                                   std::uint64_t layer) {
+                                                   bool subscribeAudio, std::uint64_t videoIndex, std::uint64_t layer) {
   Log("sid:{}, state:{}, index:{}, bAudio:{}, bVideo:{}", sid, state, videoIndex, subscribeAudio, subscribeVideo);
   const SubscribeItem item{sid, videoIndex, layer};
   // A failed subscription stays in `subscribing`, which holds off every retry until the stream is removed.
@@ -155,7 +154,9 @@ void SubscriptionScheduler::RemoveStreamAll(const std::string& sid) {
   streams_.Erase(sid);
 }
 
-void SubscriptionScheduler::LeaveUnSubscribing(const std::string& sid) { std::erase(unSubscribing_, sid); }
+void SubscriptionScheduler::LeaveUnSubscribing(const std::string& sid) {
+  std::erase(unSubscribing_, sid);
+}
 
 SubscribeStatus SubscriptionScheduler::GetStatus() const {
   const auto key = [](const auto& row) { return row.first; };

@@ -52,8 +52,8 @@ class ISubscribeOutput {
 
 // Merges the wishes of many views into the one subscription that the engine can hold for a stream, and keeps track of
 // the phase each stream is in. It outlives meetings: its tables empty through the engine's removals alone.
-// "main_thread" alone touches it, so it has no lock. Nothing here fails: the engine's verdict comes back as the state of
-// OnStreamSubscribedTask.
+// "main_thread" alone touches it, so it has no lock. Nothing here fails: the engine's verdict comes back as the state
+// of OnStreamSubscribedTask.
 class SubscriptionScheduler {
  public:
   // `output` is not owned and outlives the scheduler.

@@ -48,6 +48,8 @@ void MeetingMonitor::ReportJoinTimeout() const {
   SendTrackList({CostItem([](JsonWriter& writer) { writer.Add("sdk_join_meeting_timeout", true); })});
 }
 
-void MeetingMonitor::SendTrackList(const std::vector<TrackItem>& items) const { send_(JsonText(items)); }
+void MeetingMonitor::SendTrackList(const std::vector<TrackItem>& items) const {
+  send_(JsonText(items));
+}
 
 }  // namespace QX_MONITOR

@@ -46,7 +46,7 @@ class MeetingMonitor {
 namespace TESSARIN_COMMON {
 
 template <>
-inline constexpr auto kFields<QX_MONITOR::TrackItem> =
-    Fields(Field{"key", &QX_MONITOR::TrackItem::key}, Field{"value", &QX_MONITOR::TrackItem::value});
+inline constexpr auto kFields<QX_MONITOR::TrackItem> = Fields(Field{"key", &QX_MONITOR::TrackItem::key},
+                                                              Field{"value", &QX_MONITOR::TrackItem::value});
 
 }  // namespace TESSARIN_COMMON

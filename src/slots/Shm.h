@@ -31,7 +31,7 @@ class Shm {
  private:
   struct Mapping;
 
-  std::string path_;
+  const std::string path_;
   const std::uint32_t sizeBytes_;
   std::uint8_t* data_ = nullptr;
   std::unique_ptr<Mapping> mapping_;

@@ -32,8 +32,9 @@ class ShoomSlot {
  public:
   enum class Result : int { Written = 0, NoSegment = 1, StreamGone = 2, TooSmall = 3 };
 
-  ShoomSlot(std::string_view sid, std::string_view serverName, std::uint64_t bufferNumber,
-            const TESSARIN_COMMON::Clock& clock = TESSARIN_COMMON::Clock::System());
+  // `firstFrameBytes`: FrameSize of the frame that the slot is made for.
+  ShoomSlot(std::string_view sid, std::string_view serverName, std::uint64_t firstFrameBytes,
+            std::uint64_t bufferNumber, const TESSARIN_COMMON::Clock& clock = TESSARIN_COMMON::Clock::System());
 
   // Writes a frame and sets the events; the first one makes the segment, which is never resized. A frame that does not
   // fit is lost: TooSmall then puts the record that announces the slot's removal into `removal`.
@@ -48,7 +49,7 @@ class ShoomSlot {
   [[nodiscard]] std::uint64_t BufferNumber() const { return bufferNumber_; }
 
  private:
-  Result Allocate(const std::string& sid, std::uint64_t incoming);
+  [[nodiscard]] bool MakeSegment(std::uint64_t bufferBytes);
   Result Outgrown(const std::string& sid, const FrameMeta& meta, std::optional<ShareMemoryInfo>& removal) const;
   void WriteBuffer(std::uint8_t* buffer, const FrameMeta& meta, Planes planes) const;
   void SetEvents();
@@ -58,7 +59,7 @@ class ShoomSlot {
   NamedEvent sideEvent_;
   std::unique_ptr<shoom::Shm> shm_;  // null until the first frame
   std::uint64_t bufSize_ = 0;        // bytes of one buffer; 0 until the first frame
-  std::uint64_t minBufSize_ = 0;     // size of the frame that made the slot
+  const std::uint64_t minBufSize_;   // size of the frame that made the slot
   std::uint64_t frameCount_ = 0;
   const std::uint64_t bufferNumber_;  // buffers in the segment
   std::uint64_t writeIndex_ = 0;

@@ -38,7 +38,7 @@ struct ShareMemoryInfo {
   std::string uid;               // without the screen suffix
   std::uint64_t bufferSize = 0;  // bytes of one buffer, its header included
   bool isScreen = false;
-  std::string path;              // name of the segment, stem of the names of its events
+  std::string path;  // name of the segment, stem of the names of its events
   std::uint64_t bufferNumber = 0;
   bool isMerge = false;
   std::uint32_t frameFormat = 0;  // folded, see FoldedFormat
@@ -50,9 +50,9 @@ struct ShareMemoryInfo {
 
 // What "shareMemoryUpdate" tells of a slot, and the client's answer to it.
 enum ShareMemoryOp : std::int64_t {
-  kShareMemoryAdd = 0,     // also: changed in place
+  kShareMemoryAdd = 0,  // also: changed in place
   kShareMemoryRemove = 1,
-  kShareMemoryClear = 2,   // in an answer alone: all slots
+  kShareMemoryClear = 2,  // in an answer alone: all slots
 };
 
 // The description of a frame that travels beside its planes. Widths and heights in pixels, strides in bytes.

@@ -24,12 +24,18 @@ std::atomic<std::uint64_t> nextTaskId{0};  // shared by all runners
 
 const char* TypeName(int type) {
   switch (type) {
-    case TaskRunner::kNormal: return "normal_thread";
-    case TaskRunner::kMain: return "main_thread";
-    case TaskRunner::kDevice: return "device_thread";
-    case TaskRunner::kCallback: return "callback_thread";
-    case TaskRunner::kMonitor: return "monitor_thread";
-    default: return "unknown";
+    case TaskRunner::kNormal:
+      return "normal_thread";
+    case TaskRunner::kMain:
+      return "main_thread";
+    case TaskRunner::kDevice:
+      return "device_thread";
+    case TaskRunner::kCallback:
+      return "callback_thread";
+    case TaskRunner::kMonitor:
+      return "monitor_thread";
+    default:
+      return "unknown";
   }
 }
 
@@ -50,7 +56,7 @@ struct TaskRunner::Task {
   Task* next = nullptr;
   std::uint64_t id = nextTaskId++;
   Location location;
-  std::int64_t postMs = 0;   // wall clock, as the two below; 0 until then
+  std::int64_t postMs = 0;  // wall clock, as the two below; 0 until then
   std::int64_t startMs = 0;
   std::int64_t endMs = 0;
   Closure closure;
@@ -124,7 +130,9 @@ TaskRunner::~TaskRunner() {
   LogAt(kModule, Level::Progress, "TaskRunner destroyed, type: {}.", Name());
 }
 
-const char* TaskRunner::Name() const { return TypeName(type_); }
+const char* TaskRunner::Name() const {
+  return TypeName(type_);
+}
 
 bool TaskRunner::StartRunner() {
   const ScopeTracer trace("TESSARIN_TASK::TaskRunner::StartRunner", kModule);
@@ -163,10 +171,16 @@ bool TaskRunner::PostTaskAndWait(const Location& location, Closure closure) {
   return true;
 }
 
-bool TaskRunner::IsCurrentThread() const { return thread_->IsCurrent(); }
+bool TaskRunner::IsCurrentThread() const {
+  return thread_->IsCurrent();
+}
 
-void TaskRunner::SetWaitingBudget(std::uint64_t /*ms*/) { waitingBudgetMs_ = 300; }
-void TaskRunner::SetRunningBudget(std::uint64_t /*ms*/) { runningBudgetMs_ = 200; }
+void TaskRunner::SetWaitingBudget(std::uint64_t /*ms*/) {
+  waitingBudgetMs_ = 300;
+}
+void TaskRunner::SetRunningBudget(std::uint64_t /*ms*/) {
+  runningBudgetMs_ = 200;
+}
 
 void TaskRunner::Run(Thread* thread) {
   if (thread == nullptr) return;

@@ -25,8 +25,7 @@ class TaskRunner : public Runnable {
   using Closure = std::function<void()>;
 
   // Makes the thread, named after the type, without starting it.
-  explicit TaskRunner(int type,
-                      std::unique_ptr<ThreadLocalSlot> slot = std::make_unique<ThreadLocalSlot>(),
+  explicit TaskRunner(int type, std::unique_ptr<ThreadLocalSlot> slot = std::make_unique<ThreadLocalSlot>(),
                       const TESSARIN_COMMON::Clock& clock = TESSARIN_COMMON::Clock::System());
   // Does not wait for the thread: stop the runner first.
   ~TaskRunner() override;

@@ -67,7 +67,9 @@ void Thread::SetPriority(int priority) {
   if (IsRunning()) SetNativePriority(handle_, priority);
 }
 
-Thread* Thread::Current() const { return slot_ != nullptr ? static_cast<Thread*>(slot_->Get()) : nullptr; }
+Thread* Thread::Current() const {
+  return slot_ != nullptr ? static_cast<Thread*>(slot_->Get()) : nullptr;
+}
 
 void Thread::ClearCurrent() {
   if (slot_ != nullptr) slot_->Set(nullptr);

@@ -25,9 +25,10 @@ struct Drawing {
 template <>
 constexpr auto TESSARIN_COMMON::kFields<Point> = Fields(Field{"x", &Point::x}, Field{"on", &Point::on});
 template <>
-constexpr auto TESSARIN_COMMON::kFields<Drawing> =
-    Fields(Field{"name", &Drawing::name}, Field{"origin", &Drawing::origin}, Field{"points", &Drawing::points},
-           Field{"tags", &Drawing::tags});
+constexpr auto TESSARIN_COMMON::kFields<Drawing> = Fields(Field{"name", &Drawing::name},
+                                                          Field{"origin", &Drawing::origin},
+                                                          Field{"points", &Drawing::points},
+                                                          Field{"tags", &Drawing::tags});
 
 namespace {
 
@@ -76,8 +77,7 @@ TEST(JsonNode, FailuresNameTheirPlace) {
       {R"({"tags":["a",2]})", "type unmatch[tags.[1]]"},
       {"[]", "IsObject()[name]"},
       {"", "Parse json string fail. err=The document is empty.. offset="},
-      {R"({"name" 1})",
-       "Parse json string fail. err=Missing a colon after a name of object member.. offset=1}"},
+      {R"({"name" 1})", "Parse json string fail. err=Missing a colon after a name of object member.. offset=1}"},
       {R"({"name":!2345678901234567890123456789012345})",
        "Parse json string fail. err=Invalid value.. offset=!2345678901234567890123456789012"},
   };

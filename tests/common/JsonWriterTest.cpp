@@ -21,18 +21,21 @@ struct Mixed {
 }  // namespace
 
 template <>
-constexpr auto TESSARIN_COMMON::kFields<Mixed> =
-    Fields(Field{"kind", &Mixed::kind, Narrow::Int32OnWrite}, Field{"wide", &Mixed::wide},
-           Field{"fixed", &Mixed::fixed}, Field{"pointer", &Mixed::pointer}, Field{"flag", &Mixed::flag},
-           Field{"ratio", &Mixed::ratio});
+constexpr auto TESSARIN_COMMON::kFields<Mixed> = Fields(Field{"kind", &Mixed::kind, Narrow::Int32OnWrite},
+                                                        Field{"wide", &Mixed::wide}, Field{"fixed", &Mixed::fixed},
+                                                        Field{"pointer", &Mixed::pointer}, Field{"flag", &Mixed::flag},
+                                                        Field{"ratio", &Mixed::ratio});
 
 namespace {
 
 TEST(JsonWriter, WritesARecordInFieldOrderNarrowingWhereTheFieldSaysSo) {
-  const Mixed mixed{.kind = 0x100000005, .wide = 0x100000005, .fixed = {'a', 'b', '\0', 'c'}, .pointer = "\"q\"",
-                    .flag = true, .ratio = 0.5};
-  EXPECT_EQ(JsonText(mixed),
-            R"({"kind":5,"wide":4294967301,"fixed":"ab","pointer":"\"q\"","flag":true,"ratio":0.5})");
+  const Mixed mixed{.kind = 0x100000005,
+                    .wide = 0x100000005,
+                    .fixed = {'a', 'b', '\0', 'c'},
+                    .pointer = "\"q\"",
+                    .flag = true,
+                    .ratio = 0.5};
+  EXPECT_EQ(JsonText(mixed), R"({"kind":5,"wide":4294967301,"fixed":"ab","pointer":"\"q\"","flag":true,"ratio":0.5})");
 }
 
 TEST(JsonWriter, NullStringRaises) {

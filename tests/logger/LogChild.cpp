@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include "host/Program.h"
+
 namespace {
 
 int Create(const std::string& folder, int keep = 7, int flush = 1) {
@@ -70,9 +72,10 @@ void WriteMisuse(const std::string& folder) {
 
 }  // namespace
 
-int main(int, char** argv) {
+int main(int argc, char** argv) {
+  const auto arguments = host::Arguments(argc, argv);
   const std::map<std::string, void (*)(const std::string&)> actions = {
       {"early", WriteEarlyLines},   {"exit", ExitUnderLoad}, {"threads", WriteFromThreads}, {"hang", Hang},
       {"warning", HangAfterWarning}, {"big", WriteBig},       {"misuse", WriteMisuse}};
-  actions.at(argv[1])(argv[2]);
+  actions.at(arguments.at(0))(arguments.at(1));
 }

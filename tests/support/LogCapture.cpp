@@ -39,7 +39,9 @@ std::vector<std::string> LogCapture::Texts() const {
   return texts;
 }
 
-bool LogCapture::Has(const std::string& text) const { return Count(text) > 0; }
+bool LogCapture::Has(const std::string& text) const {
+  return Count(text) > 0;
+}
 
 int LogCapture::Count(const std::string& text) const {
   const auto lines = Lines();

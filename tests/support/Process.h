@@ -28,7 +28,7 @@ class Process {
   // nothing when the bound has passed.
   std::optional<int> Wait(Bound bound = kBound);
   void Kill();
-  // What Ctrl-C does to a program, Ctrl-Break on Windows.
+  // What Ctrl-C does to a program.
   void Interrupt();
 
   // All that came so far.

@@ -30,7 +30,9 @@ class TaskRunnerTest : public testing::Test {
     });
     entered.acquire();
   }
-  void Drain() { ASSERT_TRUE(runner_.PostTaskAndWait(kHere, [] {})); }
+  void Drain() {
+    ASSERT_TRUE(runner_.PostTaskAndWait(kHere, [] {}));
+  }
 
   support::FakeClock clock_;
   support::LogCapture log_;
@@ -118,7 +120,8 @@ TEST(TaskRunner, TypesHaveTheirNames) {
   const struct {
     int type;
     const char* name;
-  } cases[] = {{0, "normal_thread"}, {1, "unknown"}, {3, "device_thread"}, {4, "callback_thread"}, {5, "monitor_thread"}};
+  } cases[] = {
+      {0, "normal_thread"}, {1, "unknown"}, {3, "device_thread"}, {4, "callback_thread"}, {5, "monitor_thread"}};
   for (const auto& c : cases) {
     const support::LogCapture log;
     const TaskRunner runner(c.type);

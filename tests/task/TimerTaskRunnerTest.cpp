@@ -111,8 +111,8 @@ TEST(TimerTaskRunner, HooksRunOnTheTimerThreadAndIdsRunOut) {
   TimerTaskRunner runner;
   bool started = false;
   bool stopped = false;
-  ASSERT_TRUE(runner.StartRunner([&] { started = runner.IsCurrentThread(); },
-                                 [&] { stopped = runner.IsCurrentThread(); }));
+  ASSERT_TRUE(
+      runner.StartRunner([&] { started = runner.IsCurrentThread(); }, [&] { stopped = runner.IsCurrentThread(); }));
   EXPECT_FALSE(runner.StartRunner({}, {}));
   const support::LogCapture log;
   for (int i = 1; i <= 999999; ++i) runner.CancelTimer(runner.AddTimer(1000000, [] {}));

@@ -8,11 +8,17 @@
 
 namespace TESSARIN_COMMON {
 
-std::uint32_t CurrentProcessId() { return static_cast<std::uint32_t>(getpid()); }
+std::uint32_t CurrentProcessId() {
+  return static_cast<std::uint32_t>(getpid());
+}
 
-std::uint32_t CurrentThreadId() { return static_cast<std::uint32_t>(syscall(SYS_gettid)); }
+std::uint32_t CurrentThreadId() {
+  return static_cast<std::uint32_t>(syscall(SYS_gettid));
+}
 
-int LastSystemError() { return errno; }
+int LastSystemError() {
+  return errno;
+}
 
 std::string SystemErrorText(int code) {
   const char* text = strerrordesc_np(code);  // English whatever the locale, and safe on any thread

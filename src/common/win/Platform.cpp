@@ -4,18 +4,24 @@
 
 namespace TESSARIN_COMMON {
 
-std::uint32_t CurrentProcessId() { return GetCurrentProcessId(); }
+std::uint32_t CurrentProcessId() {
+  return GetCurrentProcessId();
+}
 
-std::uint32_t CurrentThreadId() { return GetCurrentThreadId(); }
+std::uint32_t CurrentThreadId() {
+  return GetCurrentThreadId();
+}
 
-int LastSystemError() { return static_cast<int>(GetLastError()); }
+int LastSystemError() {
+  return static_cast<int>(GetLastError());
+}
 
 std::string SystemErrorText(int code) {
   constexpr DWORD kFlags = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
   constexpr DWORD kEnglish = 1033;
   char* buffer = nullptr;  // the call allocates and stores its pointer here
-  const DWORD length = FormatMessageA(kFlags, nullptr, static_cast<DWORD>(code), kEnglish,
-                                      reinterpret_cast<char*>(&buffer), 0, nullptr);
+  const DWORD length =
+      FormatMessageA(kFlags, nullptr, static_cast<DWORD>(code), kEnglish, reinterpret_cast<char*>(&buffer), 0, nullptr);
   if (length == 0) return "";
   std::string text(buffer, length);
   LocalFree(buffer);

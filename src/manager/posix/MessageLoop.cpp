@@ -8,7 +8,9 @@ namespace TESSARIN_LUMARC {
 
 const char* const kEngineFileSuffix = "/libtessarin-lumarc.so";
 
-void MessageLoop::Attach() { mainThreadId_ = TESSARIN_COMMON::CurrentThreadId(); }
+void MessageLoop::Attach() {
+  mainThreadId_ = TESSARIN_COMMON::CurrentThreadId();
+}
 
 void MessageLoop::Run() {
   serverRunning_.wait(true);

@@ -28,7 +28,9 @@ constexpr int kProcessPerMonitor = 2;
 
 const char* const kEngineFileSuffix = "\\tessarin-lumarc.dll";
 
-void MessageLoop::Attach() { mainThreadId_ = GetCurrentThreadId(); }
+void MessageLoop::Attach() {
+  mainThreadId_ = GetCurrentThreadId();
+}
 
 void MessageLoop::Run() {
   while (serverRunning_) {

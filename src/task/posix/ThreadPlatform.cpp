@@ -26,7 +26,9 @@ struct NativeHandle {
   std::uint32_t id;
 };
 
-NativeHandle* FromHandle(std::uintptr_t handle) { return reinterpret_cast<NativeHandle*>(handle); }
+NativeHandle* FromHandle(std::uintptr_t handle) {
+  return reinterpret_cast<NativeHandle*>(handle);
+}
 
 void* Enter(void* argument) {
   auto& launch = *static_cast<Launch*>(argument);
@@ -64,7 +66,9 @@ void SetNativePriority(std::uintptr_t handle, int priority) {
   setpriority(PRIO_PROCESS, FromHandle(handle)->id, priority);
 }
 
-long InitialiseThreadRuntime() { return 0; }
+long InitialiseThreadRuntime() {
+  return 0;
+}
 void UninitialiseThreadRuntime() {}
 
 ThreadLocalSlot::ThreadLocalSlot() : index_(0) {
@@ -72,9 +76,15 @@ ThreadLocalSlot::ThreadLocalSlot() : index_(0) {
   pthread_key_create(&key, nullptr);
   index_ = key;
 }
-ThreadLocalSlot::~ThreadLocalSlot() { pthread_key_delete(static_cast<pthread_key_t>(index_)); }
-void ThreadLocalSlot::Set(void* value) { pthread_setspecific(static_cast<pthread_key_t>(index_), value); }
-void* ThreadLocalSlot::Get() const { return pthread_getspecific(static_cast<pthread_key_t>(index_)); }
+ThreadLocalSlot::~ThreadLocalSlot() {
+  pthread_key_delete(static_cast<pthread_key_t>(index_));
+}
+void ThreadLocalSlot::Set(void* value) {
+  pthread_setspecific(static_cast<pthread_key_t>(index_), value);
+}
+void* ThreadLocalSlot::Get() const {
+  return pthread_getspecific(static_cast<pthread_key_t>(index_));
+}
 
 void NameCurrentThread(const std::string& name) {
   constexpr std::size_t kMaxName = 15;  // the kernel keeps no more

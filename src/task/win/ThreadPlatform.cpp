@@ -24,7 +24,9 @@ DWORD WINAPI Enter(void* argument) {
   return 0;
 }
 
-HANDLE FromHandle(std::uintptr_t handle) { return reinterpret_cast<HANDLE>(handle); }
+HANDLE FromHandle(std::uintptr_t handle) {
+  return reinterpret_cast<HANDLE>(handle);
+}
 
 using SetThreadDescriptionCall = HRESULT(WINAPI*)(HANDLE, PCWSTR);
 
@@ -69,18 +71,28 @@ void AbandonNativeThread(std::uintptr_t handle) {
   CloseHandle(FromHandle(handle));
 }
 
-void SetNativePriority(std::uintptr_t handle, int priority) { SetThreadPriority(FromHandle(handle), priority); }
+void SetNativePriority(std::uintptr_t handle, int priority) {
+  SetThreadPriority(FromHandle(handle), priority);
+}
 
 long InitialiseThreadRuntime() {
   const HRESULT result = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
   return SUCCEEDED(result) ? 0 : result;
 }
-void UninitialiseThreadRuntime() { CoUninitialize(); }
+void UninitialiseThreadRuntime() {
+  CoUninitialize();
+}
 
 ThreadLocalSlot::ThreadLocalSlot() : index_(TlsAlloc()) {}
-ThreadLocalSlot::~ThreadLocalSlot() { TlsFree(static_cast<DWORD>(index_)); }
-void ThreadLocalSlot::Set(void* value) { TlsSetValue(static_cast<DWORD>(index_), value); }
-void* ThreadLocalSlot::Get() const { return TlsGetValue(static_cast<DWORD>(index_)); }
+ThreadLocalSlot::~ThreadLocalSlot() {
+  TlsFree(static_cast<DWORD>(index_));
+}
+void ThreadLocalSlot::Set(void* value) {
+  TlsSetValue(static_cast<DWORD>(index_), value);
+}
+void* ThreadLocalSlot::Get() const {
+  return TlsGetValue(static_cast<DWORD>(index_));
+}
 
 void NameCurrentThread(const std::string& name) {
   static const SetThreadDescriptionCall setDescription = FindSetThreadDescription();

@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 
@@ -39,6 +40,9 @@ std::string Quoted(const std::string& argument) {
   return text.append(backslashes, '\\') + '"';
 }
 
+// The test is on the child's console for a moment, and goes on.
+BOOL WINAPI IgnoreControl(DWORD) { return TRUE; }
+
 }  // namespace
 
 const char* const kProgramEnding = ".exe";
@@ -56,9 +60,9 @@ Child Spawn(const std::string& program, const std::vector<std::string>& argument
   start.hStdOutput = out.write;
   start.hStdError = err.write;
   PROCESS_INFORMATION made{};
-  // A group of its own, so that Ctrl-Break reaches the child alone.
-  const bool good = CreateProcessW(nullptr, wideLine.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr,
-                                   nullptr, &start, &made) != 0;
+  // With a console of its own, so that Ctrl-C reaches the child and nobody else.
+  const bool good = CreateProcessW(nullptr, wideLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
+                                   &start, &made) != 0;
   const DWORD error = GetLastError();
   CloseHandle(out.write);
   CloseHandle(err.write);
@@ -83,14 +87,21 @@ std::optional<int> Wait(std::intptr_t process, std::chrono::milliseconds bound) 
 void Kill(std::intptr_t process) { TerminateProcess(Handle(process), 137); }
 
 void Interrupt(std::intptr_t process) {
-  Check(GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, GetProcessId(Handle(process))) != 0, "GenerateConsoleCtrlEvent");
+  SetConsoleCtrlHandler(IgnoreControl, TRUE);
+  FreeConsole();
+  Check(AttachConsole(GetProcessId(Handle(process))) != 0, "AttachConsole");
+  Check(GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != 0, "GenerateConsoleCtrlEvent");
+  FreeConsole();
 }
 
 void CloseProcess(std::intptr_t process) { CloseHandle(Handle(process)); }
 
 std::size_t Read(std::intptr_t pipe, char* buffer, std::size_t size) {
   DWORD count = 0;
-  return ReadFile(Handle(pipe), buffer, static_cast<DWORD>(size), &count, nullptr) != 0 ? count : 0;
+  if (ReadFile(Handle(pipe), buffer, static_cast<DWORD>(size), &count, nullptr) == 0 || count == 0) return 0;
+  // Line ends become those of the tests' texts.
+  const auto length = static_cast<std::size_t>(std::remove(buffer, buffer + count, '\r') - buffer);
+  return length > 0 ? length : Read(pipe, buffer, size);
 }
 
 void ClosePipe(std::intptr_t pipe) { CloseHandle(Handle(pipe)); }

@@ -1,0 +1,112 @@
+#include "Params.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "CallRules.h"
+#include "Devices.h"
+#include "Firing.h"
+#include "Journal.h"
+#include "LocalMedia.h"
+#include "Room.h"
+#include "Screens.h"
+#include "Stage.h"
+#include "common/JsonNode.h"
+
+namespace sim {
+namespace {
+
+using rapidjson::Value;
+using TESSARIN_COMMON::JsonNode;
+
+// Reads a record over the values that it has.
+template <class T>
+T Read(const Value& value, T record) {
+  JsonNode(value).Get("", record);
+  return record;
+}
+
+std::string Text(const Value& value) {
+  std::string text;
+  JsonNode(value).Get("", text);
+  return text;
+}
+
+void SetRoom(const Value& value) {
+  JsonNode node(value);
+  Room::Get().SetManners(Read(value, Room::Get().Manners()));
+  std::vector<Participant> participants;
+  node.Get("participants", participants);
+  for (const auto& participant : participants) Room::Get().Add(participant);
+}
+
+void SetLeave(const Value& value) {
+  for (const auto& user : value.GetArray()) Room::Get().RemoveUser(Text(user));
+}
+
+void SetDevices(const Value& value) {
+  std::vector<Device> devices;
+  JsonNode(value).Get("", devices);
+  Devices::Get().Replace(std::move(devices));
+}
+
+void SetDelays(const Value& value) {
+  for (const auto& row : value.GetObject()) CallRules::Get().SetDelay(row.name.GetString(), row.value.GetInt64());
+}
+
+void SetResults(const Value& value) {
+  for (const auto& row : value.GetObject()) {
+    const bool given = !row.value.IsNull();
+    CallRules::Get().SetResult(row.name.GetString(), given ? std::optional(row.value.GetInt64()) : std::nullopt);
+  }
+}
+
+void SetFire(const Value& value) {
+  for (const auto& row : value.GetArray()) {
+    const auto volley = Volley::FromJson(row);
+    Stage::Get().Now([volley] { volley.Fire(); });
+  }
+}
+
+struct Key {
+  std::string_view name;
+  void (*apply)(const Value& value);
+};
+
+constexpr Key kKeys[] = {
+    {"sim.journal", [](const Value& value) { Journal::Get().Open(Text(value)); }},
+    {"sim.room", &SetRoom},
+    {"sim.leave", &SetLeave},
+    {"sim.devices", &SetDevices},
+    {"sim.camera", [](const Value& v) { LocalMedia::Get().SetCamera(Read(v, LocalMedia::Get().Camera())); }},
+    {"sim.screen", [](const Value& v) { LocalMedia::Get().SetScreen(Read(v, LocalMedia::Get().Screen())); }},
+    {"sim.screens", [](const Value& value) { Screens::Get().Replace(Read(value, ScreenScene{})); }},
+    {"sim.delay", &SetDelays},
+    {"sim.results", &SetResults},
+    {"sim.fire", &SetFire},
+};
+
+void Apply(std::string_view name, const Value& value) {
+  if (!name.starts_with("sim.")) return;
+  const auto key = std::ranges::find(kKeys, name, &Key::name);
+  if (key == std::end(kKeys)) return Journal::Get().Violation("unknown parameter " + std::string(name));
+  try {
+    key->apply(value);
+  } catch (const std::exception& failure) {
+    Journal::Get().Violation("parameter " + std::string(name) + ": " + failure.what());
+  }
+}
+
+}  // namespace
+
+bool AddParams(std::string_view text) {
+  rapidjson::Document document;
+  document.Parse(text.data(), text.size());
+  if (document.HasParseError() || !document.IsObject()) return false;
+  for (const auto& member : document.GetObject()) Apply(member.name.GetString(), member.value);
+  return true;
+}
+
+}  // namespace sim

@@ -1,0 +1,80 @@
+#include "SocketName.h"
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace TESSARIN_COMMON {
+namespace {
+
+int MakeAddress(const std::string& path, sockaddr_un& address) {
+  address = {};
+  address.sun_family = AF_UNIX;
+  if (path.empty() || path.find('\0') != std::string::npos) return ENOENT;
+  if (path.size() >= sizeof address.sun_path) return ENAMETOOLONG;
+  std::memcpy(address.sun_path, path.data(), path.size());
+  return 0;
+}
+
+int MakeSocket(int type, Descriptor& out) {
+  out.Reset(socket(AF_UNIX, type | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  return out ? 0 : errno;
+}
+
+int ConnectSocket(const Descriptor& socket, const sockaddr_un& address) {
+  const auto* const generic = reinterpret_cast<const sockaddr*>(&address);
+  return connect(socket.Get(), generic, sizeof address) == 0 ? 0 : errno;
+}
+
+int BindSocket(const Descriptor& socket, const sockaddr_un& address) {
+  const auto* const generic = reinterpret_cast<const sockaddr*>(&address);
+  return bind(socket.Get(), generic, sizeof address) == 0 ? 0 : errno;
+}
+
+// Asks with a datagram socket: a live stream socket refuses the type, and hears nothing of the question. A stream
+// connection as the question would be taken for a client.
+bool IsStale(const sockaddr_un& address) {
+  struct stat file {};
+  if (lstat(address.sun_path, &file) != 0 || !S_ISSOCK(file.st_mode)) return false;
+  Descriptor probe;
+  return MakeSocket(SOCK_DGRAM, probe) == 0 && ConnectSocket(probe, address) == ECONNREFUSED;
+}
+
+}  // namespace
+
+int ListenAt(const std::string& path, Descriptor& listener) {
+  sockaddr_un address;
+  if (const int error = MakeAddress(path, address); error != 0) return error;
+  Descriptor fresh;
+  if (const int error = MakeSocket(SOCK_STREAM, fresh); error != 0) return error;
+  // The file takes its mode from the socket; so there is no moment in which it is open to others.
+  if (fchmod(fresh.Get(), 0600) != 0) return errno;
+  int error = BindSocket(fresh, address);
+  if (error == EADDRINUSE && IsStale(address) && unlink(address.sun_path) == 0) error = BindSocket(fresh, address);
+  if (error != 0) return error;
+  constexpr int kBacklog = 0;  // stands for one
+  if (listen(fresh.Get(), kBacklog) != 0) return errno;
+  listener = std::move(fresh);
+  return 0;
+}
+
+int ConnectTo(const std::string& path, Descriptor& link) {
+  sockaddr_un address;
+  if (const int error = MakeAddress(path, address); error != 0) return error;
+  Descriptor fresh;
+  if (const int error = MakeSocket(SOCK_STREAM, fresh); error != 0) return error;
+  const int error = ConnectSocket(fresh, address);
+  if (error == 0) link = std::move(fresh);
+  return error;
+}
+
+bool PeerIsOwnUser(int link) {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  return getsockopt(link, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
+}
+
+}  // namespace TESSARIN_COMMON

@@ -1,0 +1,253 @@
+#include "SocketStream.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <sys/uio.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "SocketName.h"
+
+namespace TESSARIN_COMMON {
+
+std::shared_ptr<PipeStream> PipeStream::Create() {
+  return std::make_shared<SocketStream>();
+}
+
+PipeStream::Read PipeStream::WaitOnNothing() {
+  return {kBroken, EBADF};
+}
+
+SocketStream::~SocketStream() {
+  StopListening();
+}
+
+int SocketStream::CreatePort() {
+  port_.Reset(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  return port_ ? 0 : errno;
+}
+
+int SocketStream::Serve(const std::string& name) {
+  name_ = name;
+  const std::lock_guard lock(mutex_);
+  return ListenAt(name, listener_);
+}
+
+int SocketStream::FindServer(const std::string& name) {
+  const int error = ConnectTo(name, link_);
+  const bool nobody = error == ENOENT || error == ECONNREFUSED || error == EAGAIN;
+  return nobody ? error : 0;  // Connect meets any other error again, and it is reported as its own
+}
+
+int SocketStream::Connect(const std::string& name) {
+  return link_ ? 0 : ConnectTo(name, link_);
+}
+
+void SocketStream::Adopt(Handle handle) {
+  link_.Reset(static_cast<int>(handle));
+}
+
+int SocketStream::Bind(const void*) {
+  if (!link_) return listener_ ? 0 : EBADF;
+  int type = 0;
+  socklen_t size = sizeof type;
+  if (getsockopt(link_.Get(), SOL_SOCKET, SO_TYPE, &type, &size) != 0) return errno;
+  if (type != SOCK_STREAM) return EPROTOTYPE;
+  return fcntl(link_.Get(), F_SETFD, FD_CLOEXEC) == 0 ? 0 : errno;
+}
+
+int SocketStream::WaitPeer() {
+  for (;;) {
+    if (const int error = WaitListener(); error != 0) return error;
+    const int error = Accept();
+    if (error != EAGAIN) return error;
+    const std::lock_guard lock(mutex_);
+    if (woken_) return ECANCELED;
+    if (const int listenError = ListenAt(name_, listener_); listenError != 0) return listenError;
+  }
+}
+
+int SocketStream::WaitListener() {
+  for (;;) {
+    if (woken_) return ECANCELED;
+    pollfd waits[] = {{listener_.Get(), POLLIN, 0}, {port_.Get(), POLLIN, 0}};
+    if (poll(waits, std::size(waits), -1) < 0 && errno != EINTR) return errno;
+    if (waits[0].revents != 0) return 0;
+  }
+}
+
+int SocketStream::Accept() {
+  const std::lock_guard lock(mutex_);
+  // The name goes first: once this client is taken, no other one may find it.
+  unlink(name_.c_str());
+  Descriptor client(accept4(listener_.Get(), nullptr, nullptr, SOCK_CLOEXEC));
+  const int error = client ? 0 : errno;
+  listener_.Reset();
+  if (error == EINTR || error == ECONNABORTED || (client && !PeerIsOwnUser(client.Get()))) return EAGAIN;
+  if (client) link_ = std::move(client);
+  return error;
+}
+
+void SocketStream::StopListening() {
+  if (!listener_) return;
+  unlink(name_.c_str());
+  listener_.Reset();
+}
+
+bool SocketStream::HasLink() const {
+  const std::lock_guard lock(mutex_);
+  return !closed_ && (link_ || listener_);
+}
+
+int SocketStream::DropPeer() {
+  Wake();
+  const std::lock_guard lock(mutex_);
+  queue_.Clear();
+  hasPending_ = false;
+  // A peer that has gone already is as good as dropped.
+  return !link_ || shutdown(link_.Get(), SHUT_RDWR) == 0 || errno == ENOTCONN ? 0 : errno;
+}
+
+// The descriptor stays open until nobody can be in a call with it.
+void SocketStream::CloseLink() {
+  DropPeer();
+  const std::lock_guard lock(mutex_);
+  closed_ = true;
+  StopListening();
+}
+
+void SocketStream::Wake() {
+  woken_ = true;
+  eventfd_write(port_.Get(), 1);
+}
+
+int SocketStream::Send(std::span<const char> head, std::span<const char> body) {
+  const std::lock_guard lock(mutex_);
+  if (!link_ || closed_) return ENOTCONN;
+  if (body.size() > kMaxPendingBytes - std::min(kMaxPendingBytes, head.size() + queue_.Size())) return kNoRoom;
+  std::size_t sent = 0;
+  const bool first = queue_.Empty();
+  if (first) {
+    iovec parts[] = {{const_cast<char*>(head.data()), head.size()}, {const_cast<char*>(body.data()), body.size()}};
+    msghdr message{};
+    message.msg_iov = parts;
+    message.msg_iovlen = std::size(parts);
+    const ssize_t taken = sendmsg(link_.Get(), &message, MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (taken < 0 && errno != EAGAIN) return errno;
+    sent = taken < 0 ? 0 : static_cast<std::size_t>(taken);
+    if (sent == head.size() + body.size()) return 0;
+  }
+  queue_.Append(head.subspan(std::min(sent, head.size())));
+  queue_.Append(body.subspan(std::max(sent, head.size()) - head.size()));
+  hasPending_ = true;
+  if (first) eventfd_write(port_.Get(), 1);  // the reader waits for room from now on
+  return 0;
+}
+
+void SocketStream::Flush() {
+  const std::lock_guard lock(mutex_);
+  FlushLocked();
+}
+
+void SocketStream::FlushLocked() {
+  while (!queue_.Empty()) {
+    const auto front = queue_.Front();
+    const ssize_t taken = send(link_.Get(), front.data(), front.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (taken < 0 && errno == EAGAIN) return;
+    if (taken < 0) {
+      queue_.Clear();  // the peer is gone, which the next send and the reader find for themselves
+    } else {
+      queue_.Pop(static_cast<std::size_t>(taken));
+    }
+  }
+  hasPending_ = false;
+}
+
+int SocketStream::PostRead(void* buffer, std::uint32_t size, Until until) {
+  if (target_ != nullptr) return 0;
+  if (!link_) return ENOTCONN;
+  if (gone_ != 0 && aheadBegin_ == aheadEnd_) return gone_;
+  target_ = static_cast<char*>(buffer);
+  wanted_ = size;
+  filled_ = 0;
+  until_ = until;
+  return 0;
+}
+
+PipeStream::Read SocketStream::WaitRead() {
+  if (hasPending_) Flush();
+  TakeAhead();
+  Deadline deadline{};
+  for (;;) {
+    if (woken_) return Finish(kWoken);
+    if (IsReadDone()) return Finish(static_cast<std::int32_t>(filled_));
+    if (target_ != nullptr && gone_ != 0) return Finish(kBroken, gone_);
+    if (target_ != nullptr && mayHaveMore_) {
+      Receive();
+      continue;
+    }
+    if (deadline == Deadline{}) deadline = std::chrono::steady_clock::now() + kReadWait;
+    if (!Poll(deadline)) return {0, 0};
+  }
+}
+
+void SocketStream::TakeAhead() {
+  if (target_ == nullptr) return;
+  const std::size_t count = std::min<std::size_t>(wanted_ - filled_, aheadEnd_ - aheadBegin_);
+  std::memcpy(target_ + filled_, ahead_.data() + aheadBegin_, count);
+  filled_ += static_cast<std::uint32_t>(count);
+  aheadBegin_ += count;
+}
+
+bool SocketStream::IsReadDone() const {
+  if (target_ == nullptr) return false;
+  return filled_ == wanted_ || (filled_ > 0 && (until_ == Until::Any || gone_ != 0));
+}
+
+// Fills the posted read, and then the room for what comes after it. Only called when nothing is left there.
+void SocketStream::Receive() {
+  const std::size_t rest = wanted_ - filled_;
+  iovec parts[] = {{target_ + filled_, rest}, {ahead_.data(), ahead_.size()}};
+  msghdr message{};
+  message.msg_iov = parts;
+  message.msg_iovlen = std::size(parts);
+  const ssize_t count = recvmsg(link_.Get(), &message, MSG_DONTWAIT);
+  if (count <= 0) {
+    mayHaveMore_ = false;
+    if (count == 0) gone_ = EPIPE;
+    if (count < 0 && errno != EAGAIN && errno != EINTR) gone_ = errno;
+    return;
+  }
+  const auto received = static_cast<std::size_t>(count);
+  const std::size_t own = std::min(received, rest);
+  filled_ += static_cast<std::uint32_t>(own);
+  aheadBegin_ = 0;
+  aheadEnd_ = received - own;
+  mayHaveMore_ = received == rest + ahead_.size();
+}
+
+bool SocketStream::Poll(Deadline deadline) {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+  if (left.count() <= 0) return false;
+  const bool pending = hasPending_;
+  const bool reads = target_ != nullptr;
+  const auto events = static_cast<short>((reads ? POLLIN : 0) | (pending ? POLLOUT : 0));
+  pollfd waits[] = {{events != 0 ? link_.Get() : -1, events, 0}, {port_.Get(), POLLIN, 0}};
+  if (poll(waits, std::size(waits), static_cast<int>(left.count())) <= 0) return true;  // the deadline decides
+  eventfd_t ignored = 0;
+  if (waits[1].revents != 0) eventfd_read(port_.Get(), &ignored);
+  if (pending && (waits[0].revents & (POLLOUT | POLLERR | POLLHUP)) != 0) Flush();
+  if ((waits[0].revents & ~POLLOUT) != 0) mayHaveMore_ = true;
+  return true;
+}
+
+PipeStream::Read SocketStream::Finish(std::int32_t result, int error) {
+  target_ = nullptr;
+  return {result, error};
+}
+
+}  // namespace TESSARIN_COMMON

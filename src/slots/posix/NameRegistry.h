@@ -1,0 +1,40 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <mutex>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "common/Singleton.h"
+
+namespace TESSARIN_LUMARC::slots {
+
+// The names that this process keeps in shared memory, so that they go away when it ends with exit, on whatever thread
+// and with frames still coming in: memory that is mapped stays, its name is removed, and nothing new can be named from
+// then on. Any thread.
+class NameRegistry : public TESSARIN_COMMON::Singleton<NameRegistry> {
+ public:
+  enum class Kind { Segment, Semaphore, OwnerMark };  // at the end removed in this order
+
+  // Runs `make`, which creates the object, and remembers its name if it returns true. False, with errno set, if that
+  // fails or the process is ending.
+  [[nodiscard]] bool Add(Kind kind, const std::string& name, const std::function<bool()>& make);
+  // Removes the object's name from the system, unless the end of the process did so.
+  void Remove(Kind kind, const std::string& name);
+
+ private:
+  friend class TESSARIN_COMMON::Singleton<NameRegistry>;
+
+  NameRegistry();
+  void End();
+
+  const pid_t process_;  // a forked child must not remove its parent's names
+  std::mutex mutex_;
+  std::set<std::pair<Kind, std::string>> names_;
+  bool ending_ = false;
+};
+
+}  // namespace TESSARIN_LUMARC::slots

@@ -1,0 +1,271 @@
+#include <condition_variable>
+#include <cstring>
+#include <functional>
+#include <thread>
+
+#include "PipeFixture.h"
+#include "ipc/IPCClient.h"
+#include "ipc/IPCServer.h"
+#include "ipc/InheritIPCClient.h"
+#include "ipc/InheritIPCServer.h"
+
+using namespace TESSARIN_COMMON;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// Keeps the calls of an endpoint. Short messages are kept as text, long ones by their length.
+class Owner final : public IIPCDelegate {
+ public:
+  void OnConnected() override { Add("connected"); }
+  void OnDisconnect() override { Add("disconnected"); }
+  void OnDataReceived(const char* data, std::uint32_t length) override {
+    EXPECT_EQ(data[length], '\0');
+    if (onData) onData({data, length});
+    Add(length < 64 ? data : std::to_string(length));
+  }
+  void OnErrorReport(std::int32_t code, const char*) override { Add("error " + std::to_string(code)); }
+
+  // Waits until so many calls have come, and gives them all.
+  Lines Calls(std::size_t count) {
+    std::unique_lock lock(mutex_);
+    added_.wait_for(lock, std::chrono::seconds(60), [&] { return calls_.size() >= count; });
+    return calls_;
+  }
+  [[nodiscard]] std::size_t Threads() {
+    const std::lock_guard lock(mutex_);
+    std::sort(threads_.begin(), threads_.end());
+    return static_cast<std::size_t>(std::unique(threads_.begin(), threads_.end()) - threads_.begin());
+  }
+
+  std::function<void(std::string_view)> onData;
+
+ private:
+  void Add(std::string call) {
+    const std::lock_guard lock(mutex_);
+    calls_.push_back(std::move(call));
+    threads_.push_back(CurrentThreadId());
+    added_.notify_all();
+  }
+
+  std::mutex mutex_;
+  std::condition_variable added_;
+  Lines calls_;
+  std::vector<std::uint32_t> threads_;
+};
+
+class Endpoint : public testing::Test {
+ protected:
+  Endpoint() {
+    server_.SetDelegate(&serverOwner_);
+    client_.SetDelegate(&clientOwner_);
+  }
+  void StartBoth() {
+    ASSERT_TRUE(server_.Start());
+    ASSERT_TRUE(client_.Start(10));
+    ASSERT_EQ(serverOwner_.Calls(1), Lines{"connected"});
+  }
+  // A client that sends bytes of its own making.
+  std::unique_ptr<NamedPipeClient> BareClient() {
+    auto client = std::make_unique<NamedPipeClient>(name_);
+    client->SetSleep([](auto) { std::this_thread::sleep_for(std::chrono::milliseconds(1)); });
+    EXPECT_TRUE(client->Connect(5000));
+    return client;
+  }
+
+  const std::string name_ = support::UniquePipeName();
+  Owner serverOwner_;
+  Owner clientOwner_;
+  IPCServer server_{name_};
+  IPCClient client_{name_, IpcEndpoint::kFramed};
+};
+
+bool SendText(IpcEndpoint& endpoint, const std::string& text) {
+  return endpoint.Send(text.data(), static_cast<std::uint32_t>(text.size()));
+}
+
+TEST_F(Endpoint, DoesNotStartWithoutADelegate) {
+  IPCServer server(name_);
+  IPCClient client(name_, IpcEndpoint::kFramed);
+  EXPECT_FALSE(server.Start());
+  EXPECT_FALSE(client.Start(0));
+}
+
+TEST_F(Endpoint, MessagesOfAnySizePassBothWays) {
+  serverOwner_.onData = [this](std::string_view data) {
+    EXPECT_TRUE(server_.Send(data.data(), static_cast<std::uint32_t>(data.size())));
+  };
+  StartBoth();
+  std::string large(5'000'000, ' ');
+  for (std::size_t i = 0; i < large.size(); ++i) large[i] = static_cast<char>('a' + i % 23);
+  bool same = false;
+  clientOwner_.onData = [&](std::string_view data) { same = data.size() < large.size() || data == large; };
+  EXPECT_TRUE(SendText(client_, "hello"));
+  EXPECT_TRUE(SendText(client_, std::string(70'000, 'x')));
+  EXPECT_TRUE(SendText(client_, large));
+  EXPECT_EQ(clientOwner_.Calls(4), (Lines{"connected", "hello", "70000", "5000000"}));
+  EXPECT_TRUE(same);
+}
+
+TEST_F(Endpoint, ServesOneClientAfterTheOtherOnItsOwnThread) {
+  ASSERT_TRUE(server_.Start());
+  for (int i = 0; i < 2; ++i) BareClient()->Disconnect();
+  auto last = BareClient();
+  EXPECT_EQ(serverOwner_.Calls(5), (Lines{"connected", "disconnected", "connected", "disconnected", "connected"}));
+  EXPECT_EQ(serverOwner_.Threads(), 1u);
+}
+
+TEST_F(Endpoint, ABadFrameEndsTheSessionAndTheNextClientIsServed) {
+  using namespace std::string_literals;
+  const std::string cases[] = {
+      "\x05\x00"s,                   // half a prefix
+      "\x05\x00\x00\x00half"s,       // half a body
+      "\xFF\xFF\xFF\xFFx"s,          // longer than anything
+      "\x01\x00\x00\x00y\x09\x00"s,  // one frame, and half of the next
+  };
+  ASSERT_TRUE(server_.Start());
+  for (const auto& bytes : cases) {
+    auto client = BareClient();
+    EXPECT_TRUE(client->Send(bytes.data(), static_cast<std::uint32_t>(bytes.size())));
+    client->Disconnect();
+  }
+  Lines expected(8, "connected");
+  for (std::size_t i = 1; i < 8; i += 2) expected[i] = "disconnected";
+  expected.insert(expected.begin() + 7, "y");
+  EXPECT_EQ(serverOwner_.Calls(9), expected);
+}
+
+TEST_F(Endpoint, AnEmptyFrameEndsTheSessionThoughTheClientStays) {
+  ASSERT_TRUE(server_.Start());
+  const auto client = BareClient();
+  EXPECT_TRUE(client->Send("\0\0\0\0", 4));
+  EXPECT_EQ(serverOwner_.Calls(2), (Lines{"connected", "disconnected"}));
+}
+
+TEST_F(Endpoint, ABodyMayComeInPieces) {
+  ASSERT_TRUE(server_.Start());
+  const auto client = BareClient();
+  EXPECT_TRUE(client->Send("\x03\0\0\0", 4));
+  EXPECT_TRUE(client->Send("abc\x02\0\0\0de", 9));
+  EXPECT_EQ(serverOwner_.Calls(3), (Lines{"connected", "abc", "de"}));
+}
+
+TEST_F(Endpoint, ASendWithNobodyConnectedIsLost) {
+  EXPECT_FALSE(SendText(server_, "early"));
+  ASSERT_TRUE(server_.Start());
+  EXPECT_FALSE(SendText(server_, "early"));
+  EXPECT_FALSE(SendText(client_, "early"));
+  ASSERT_TRUE(client_.Start(10));
+  ASSERT_EQ(serverOwner_.Calls(1), Lines{"connected"});
+  EXPECT_TRUE(SendText(server_, "now"));
+  EXPECT_EQ(clientOwner_.Calls(2), (Lines{"connected", "now"}));
+}
+
+TEST_F(Endpoint, SendersOnManyThreadsNeverMixTheirBytes) {
+  constexpr int kSenders = 4;
+  constexpr int kMessages = 100;
+  int broken = 0;
+  clientOwner_.onData = [&](std::string_view data) { broken += data.find_first_not_of(data[0]) != data.npos; };
+  StartBoth();
+  std::vector<std::thread> senders;
+  for (int i = 0; i < kSenders; ++i) {
+    senders.emplace_back([this, i] {
+      for (std::size_t n = 0; n < kMessages; ++n) {
+        EXPECT_TRUE(SendText(server_, std::string(1 + n * 997 % 60'000, static_cast<char>('a' + i))));
+      }
+    });
+  }
+  for (auto& sender : senders) sender.join();
+  EXPECT_EQ(clientOwner_.Calls(1 + kSenders * kMessages).size(), 1u + kSenders * kMessages);
+  EXPECT_EQ(broken, 0);
+}
+
+TEST_F(Endpoint, BothSidesMayWriteMegabytesAtOnce) {
+  StartBoth();
+  const auto write = [](IpcEndpoint& endpoint) {
+    const std::string block(1 << 20, 'm');
+    for (int i = 0; i < 8; ++i) EXPECT_TRUE(SendText(endpoint, block));
+  };
+  std::thread other([&] { write(client_); });
+  write(server_);
+  other.join();
+  EXPECT_EQ(serverOwner_.Calls(9).size(), 9u);
+  EXPECT_EQ(clientOwner_.Calls(9).size(), 9u);
+}
+
+TEST_F(Endpoint, AStopEndsTheSessionAndTheServerCanStartAgain) {
+  StartBoth();
+  EXPECT_TRUE(server_.Stop());
+  EXPECT_EQ(serverOwner_.Calls(2), (Lines{"connected", "disconnected"}));
+  EXPECT_EQ(clientOwner_.Calls(4), (Lines{"connected", "error -1008", clientOwner_.Calls(4)[2], "disconnected"}));
+  ASSERT_TRUE(server_.Start());
+  EXPECT_FALSE(server_.Start());
+  const auto client = BareClient();
+  EXPECT_EQ(serverOwner_.Calls(3).size(), 3u);
+}
+
+TEST_F(Endpoint, AServerThatStillWaitsForAClientCanEnd) {
+  for (int i = 0; i < 20; ++i) {
+    IPCServer server(name_);
+    server.SetDelegate(&serverOwner_);
+    ASSERT_TRUE(server.Start());
+  }
+  EXPECT_EQ(serverOwner_.Calls(0), Lines{});
+}
+
+TEST_F(Endpoint, AServerWithoutAPipeStartsAndEndsQuietly) {
+  IPCServer server("no such folder/and no pipe");
+  server.SetDelegate(&serverOwner_);
+  EXPECT_TRUE(server.Start());
+  EXPECT_TRUE(server.Stop());
+  EXPECT_EQ(serverOwner_.Calls(0), Lines{});
+}
+
+TEST_F(Endpoint, AClientThatStopsHearsOfItOnceAndIsSilentAfterwards) {
+  StartBoth();
+  EXPECT_TRUE(client_.Stop());
+  EXPECT_FALSE(client_.Stop());
+  Lines calls = clientOwner_.Calls(3);
+  std::erase(calls, "error -1009");  // the reader may still have told of its wake-up
+  EXPECT_EQ(calls, (Lines{"connected", "disconnected", "disconnected"}));
+  EXPECT_EQ(serverOwner_.Calls(2), (Lines{"connected", "disconnected"}));
+  EXPECT_TRUE(client_.Start(10));
+  EXPECT_EQ(serverOwner_.Calls(3).size(), 3u);
+}
+
+TEST_F(Endpoint, ARawClientTakesBytesAsTheyCome) {
+  NamedPipeServer server(name_);
+  IPCClient client(name_, 2);
+  client.SetDelegate(&clientOwner_);
+  ASSERT_TRUE(server.Open());
+  ASSERT_TRUE(client.Start(0));
+  ASSERT_TRUE(server.WaitConnect());
+  EXPECT_TRUE(server.Send("\x01\x02", 2));
+  EXPECT_EQ(clientOwner_.Calls(2), (Lines{"connected", "\x01\x02"}));
+  EXPECT_TRUE(SendText(client, "raw"));
+  EXPECT_EQ(ipc_test::ReadText(server, 3), "raw");
+}
+
+TEST_F(Endpoint, AnInheritedPairHasOneSession) {
+  const auto [serverEnd, clientEnd] = support::MakePipePair();
+  InheritIPCServer server(serverEnd);
+  server.SetDelegate(&serverOwner_);
+  InheritIPCClient client(clientEnd);
+  client.SetDelegate(&clientOwner_);
+  ASSERT_TRUE(server.Start());
+  ASSERT_TRUE(client.Start());
+  EXPECT_TRUE(SendText(client, "to server"));
+  EXPECT_EQ(serverOwner_.Calls(2), (Lines{"connected", "to server"}));
+  EXPECT_TRUE(SendText(server, "to client"));
+  EXPECT_EQ(clientOwner_.Calls(2), (Lines{"connected", "to client"}));
+  EXPECT_TRUE(client.Stop());
+  const Lines calls = serverOwner_.Calls(5);
+  ASSERT_EQ(calls.size(), 5u);
+  EXPECT_EQ(calls[2], "error -2006");
+  EXPECT_EQ(calls[4], "disconnected");
+  EXPECT_TRUE(server.Stop());
+  EXPECT_FALSE(client.Start());
+}
+
+}  // namespace

@@ -1,0 +1,152 @@
+#include <thread>
+
+#include "PipeFixture.h"
+
+using namespace TESSARIN_COMMON;
+using ipc_test::ReadOnce;
+using ipc_test::Reports;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class PipeReports : public ipc_test::PipeTest {};
+
+TEST_F(PipeReports, AClientWithoutANameIsTold) {
+  NamedPipeClient nameless("");
+  nameless.SetErrorReporter(&clientReports_);
+  EXPECT_FALSE(nameless.Connect(5));
+  EXPECT_EQ(clientReports_.Take(), Lines{"-1001 pipe name is empty."});
+}
+
+TEST_F(PipeReports, AClientTriesTwiceASecondAndOnceMoreAndSleepsAfterEachTry) {
+  const Lines failed{"-1002 wait named pipe timeout.", "system"};
+  EXPECT_FALSE(client_.Connect(0));
+  EXPECT_EQ(slept_, std::vector<int>{500});
+  EXPECT_EQ(clientReports_.Take(), failed);
+  slept_.clear();
+  EXPECT_FALSE(client_.Connect(1));
+  EXPECT_EQ(slept_, (std::vector<int>{500, 500, 500}));
+  EXPECT_EQ(clientReports_.Take(), failed);
+}
+
+TEST_F(PipeReports, AServerThatComesBetweenTwoTriesIsFound) {
+  client_.SetSleep([this](auto) { server_.Open(); });
+  EXPECT_TRUE(client_.Connect(1));
+  EXPECT_TRUE(server_.WaitConnect());
+  EXPECT_EQ(clientReports_.Take(), Lines{});
+}
+
+TEST_F(PipeReports, ASecondConnectLeavesTheConnectionUp) {
+  ConnectBoth();
+  EXPECT_FALSE(client_.Connect(0));
+  EXPECT_EQ(clientReports_.Take(), Lines{"-1000 client handle is invalid, no need to connect again."});
+  EXPECT_TRUE(client_.Send("x", 1));
+  EXPECT_EQ(ipc_test::ReadText(server_, 1), "x");
+}
+
+TEST_F(PipeReports, ADisconnectWithoutAConnectionIsToldToTheClientAlone) {
+  EXPECT_FALSE(client_.Disconnect());
+  EXPECT_EQ(clientReports_.Take(), Lines{"-1000 client handle is invalid, no need to disconnect again."});
+  EXPECT_TRUE(server_.Disconnect());
+  EXPECT_EQ(serverReports_.Take(), Lines{});
+}
+
+TEST_F(PipeReports, AHandleThatIsNoPipeCannotBeBound) {
+  constexpr NamedPipe::Handle kNoPipe = 0x7FFFFFF0;
+  NamedPipeServer server(kNoPipe);
+  server.SetErrorReporter(&serverReports_);
+  EXPECT_FALSE(server.Open());
+  EXPECT_EQ(serverReports_.Take(), (Lines{"-2001 server pipe bind to io completion port failed.", "system"}));
+  NamedPipeClient client(kNoPipe);
+  client.SetErrorReporter(&clientReports_);
+  EXPECT_FALSE(client.Connect(0));
+  EXPECT_EQ(clientReports_.Take(), (Lines{"-1005 client pipe bind to io completion port failed.", "system"}));
+}
+
+TEST_F(PipeReports, ANameThatCannotBeMadeIsSilent) {
+  NamedPipeServer server("no such folder/and no pipe");
+  server.SetErrorReporter(&serverReports_);
+  EXPECT_FALSE(server.Open());
+  EXPECT_FALSE(server.WaitConnect());
+  EXPECT_EQ(serverReports_.Take(), Lines{});
+}
+
+TEST_F(PipeReports, NothingToSendAndNothingOpenAreSilent) {
+  char byte = 0;
+  EXPECT_FALSE(server_.Send(&byte, 1));
+  EXPECT_FALSE(server_.RecvData(&byte, 1));
+  ConnectBoth();
+  for (NamedPipe* const end : {static_cast<NamedPipe*>(&server_), static_cast<NamedPipe*>(&client_)}) {
+    EXPECT_FALSE(end->Send(&byte, 0));
+    EXPECT_FALSE(end->Send(nullptr, 1));
+    EXPECT_FALSE(end->RecvData(&byte, 0));
+    EXPECT_FALSE(end->RecvData(nullptr, 1));
+  }
+  EXPECT_EQ(serverReports_.Take(), Lines{});
+  EXPECT_EQ(clientReports_.Take(), Lines{});
+}
+
+TEST_F(PipeReports, ASendBeforeAClientIsThereFails) {
+  ASSERT_TRUE(server_.Open());
+  EXPECT_FALSE(server_.Send("x", 1));
+  EXPECT_EQ(serverReports_.Take(), (Lines{"-2004 server pipe send data failed.", "system"}));
+}
+
+TEST_F(PipeReports, AServerHearsThatItsClientHasGone) {
+  ConnectBoth();
+  EXPECT_TRUE(client_.Disconnect());
+  char byte = 0;
+  EXPECT_EQ(ReadOnce(server_, &byte, 1), -2);
+  EXPECT_EQ(serverReports_.Take(), (Lines{"-2006 server pipe wait receive data failed.", "system"}));
+  EXPECT_FALSE(server_.RecvData(&byte, 1));
+  EXPECT_EQ(serverReports_.Take(), (Lines{"-2005 server pipe recv data failed.", "system"}));
+  EXPECT_FALSE(server_.Send("x", 1));
+  EXPECT_EQ(serverReports_.Take(), (Lines{"-2004 server pipe send data failed.", "system"}));
+}
+
+TEST_F(PipeReports, AClientHearsThatItsServerHasGone) {
+  ConnectBoth();
+  EXPECT_TRUE(server_.Disconnect());
+  EXPECT_TRUE(server_.Close());
+  char byte = 0;
+  EXPECT_EQ(ReadOnce(client_, &byte, 1), -2);
+  EXPECT_EQ(clientReports_.Take(), (Lines{"-1008 wait receive data failed.", "system"}));
+  EXPECT_FALSE(client_.RecvData(&byte, 1));
+  EXPECT_EQ(clientReports_.Take(), (Lines{"-1007 client pipe receive data failed.", "system"}));
+  EXPECT_FALSE(client_.Send("x", 1));
+  EXPECT_EQ(clientReports_.Take(), (Lines{"-1006 client pipe send data failed.", "system"}));
+}
+
+// With or without a posted read; the wake-up is reported alone.
+TEST_F(PipeReports, ADisconnectWakesTheOwnReader) {
+  ConnectBoth();
+  char byte = 0;
+  ASSERT_TRUE(server_.RecvData(&byte, 1));
+  std::thread disconnecter([this] { EXPECT_TRUE(server_.Disconnect()); });
+  std::int32_t result = 0;
+  while (result == 0) result = server_.WaitRecvData();
+  disconnecter.join();
+  EXPECT_EQ(result, -1);
+  EXPECT_EQ(serverReports_.Take(), Lines{"-2007 server pipe wait receive data failed."});
+
+  EXPECT_TRUE(client_.Disconnect());
+  EXPECT_EQ(client_.WaitRecvData(), -1);
+  EXPECT_EQ(clientReports_.Take(), Lines{"-1009 wait receive data failed."});
+}
+
+TEST_F(PipeReports, ADisconnectEndsTheWaitForAClient) {
+  ASSERT_TRUE(server_.Open());
+  std::thread waiter([this] { EXPECT_FALSE(server_.WaitConnect()); });
+  server_.Disconnect();  // some systems refuse this for a pipe without a client, and report it
+  waiter.join();
+  const auto reports = serverReports_.Take();
+  EXPECT_EQ(std::count(reports.begin(), reports.end(), "-2002 server pipe wait connect failed."), 1);
+}
+
+TEST_F(PipeReports, AWaitOnNothingFails) {
+  EXPECT_EQ(server_.WaitRecvData(), -2);
+  EXPECT_EQ(serverReports_.Take(), (Lines{"-2006 server pipe wait receive data failed.", "system"}));
+}
+
+}  // namespace

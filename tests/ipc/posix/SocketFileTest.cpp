@@ -1,0 +1,101 @@
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "../PipeFixture.h"
+
+using namespace TESSARIN_COMMON;
+namespace fs = std::filesystem;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class SocketFile : public ipc_test::PipeTest {
+ protected:
+  ~SocketFile() override { fs::remove(name_); }
+};
+
+TEST_F(SocketFile, IsTheOwnUsersAloneAndGoesWhenAClientIsThere) {
+  ASSERT_TRUE(server_.Open());
+  struct stat file {};
+  ASSERT_EQ(lstat(name_.c_str(), &file), 0);
+  EXPECT_TRUE(S_ISSOCK(file.st_mode));
+  EXPECT_EQ(file.st_mode & 0777u, 0600u);
+  ASSERT_TRUE(client_.Connect(0));
+  ASSERT_TRUE(server_.WaitConnect());
+  EXPECT_FALSE(fs::exists(fs::symlink_status(name_)));
+  server_.Close();
+  ASSERT_TRUE(server_.Open());
+  server_.Close();
+  EXPECT_FALSE(fs::exists(fs::symlink_status(name_)));
+}
+
+TEST_F(SocketFile, OfADeadServerIsReplaced) {
+  const int dead = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strncpy(address.sun_path, name_.c_str(), sizeof address.sun_path - 1);
+  ASSERT_EQ(bind(dead, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  close(dead);
+  ASSERT_TRUE(fs::exists(fs::symlink_status(name_)));
+  ConnectBoth();
+}
+
+TEST_F(SocketFile, OfALiveServerIsLeftAloneAndItsServerHearsNothing) {
+  ASSERT_TRUE(server_.Open());
+  NamedPipeServer second(name_);
+  EXPECT_FALSE(second.Open());
+  ASSERT_TRUE(client_.Connect(0));
+  ASSERT_TRUE(server_.WaitConnect());
+  EXPECT_TRUE(client_.Send("x", 1));
+  EXPECT_EQ(ipc_test::ReadText(server_, 1), "x");
+}
+
+TEST_F(SocketFile, ThatIsNoSocketIsLeftAlone) {
+  std::ofstream(name_) << "precious";
+  EXPECT_FALSE(server_.Open());
+  EXPECT_EQ(fs::file_size(name_), 8u);
+}
+
+TEST_F(SocketFile, WithATooLongNameFailsAtOnce) {
+  const std::string name = name_ + std::string(200, 'x');
+  EXPECT_FALSE(NamedPipeServer(name).Open());
+  NamedPipeClient client(name);
+  client.SetErrorReporter(&clientReports_);
+  EXPECT_FALSE(client.Connect(5));
+  EXPECT_EQ(clientReports_.Take(), (Lines{"-1004 create file(client connect) failed.", "system"}));
+}
+
+TEST_F(SocketFile, WithoutADescriptorForThePortFails) {
+  rlimit old{};
+  getrlimit(RLIMIT_NOFILE, &old);
+  const rlimit none{0, old.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &none);
+  const bool opened = server_.Open();
+  setrlimit(RLIMIT_NOFILE, &old);
+  EXPECT_FALSE(opened);
+  EXPECT_EQ(serverReports_.Take(), (Lines{"-1003 create io completion port failed.", "system"}));
+}
+
+// A body of several socket buffers that trickles in is one read, however many waits it takes.
+TEST_F(SocketFile, APostedReadCollectsABodyThatComesInPieces) {
+  ConnectBoth();
+  std::string body(3, '\0');
+  ASSERT_TRUE(server_.RecvData(body.data(), 3));
+  for (const char* byte : {"a", "b"}) {
+    ASSERT_TRUE(client_.Send(byte, 1));
+    EXPECT_EQ(server_.WaitRecvData(), 0);
+  }
+  ASSERT_TRUE(client_.Send("c", 1));
+  EXPECT_EQ(server_.WaitRecvData(), 3);
+  EXPECT_EQ(body, "abc");
+}
+
+}  // namespace
