@@ -54,7 +54,7 @@ struct TaskRunner::Task {
   }
 
   Task* next = nullptr;
-  std::uint64_t id = nextTaskId++;
+  std::uint64_t id = 0;
   Location location;
   std::int64_t postMs = 0;  // wall clock, as the two below; 0 until then
   std::int64_t startMs = 0;
@@ -65,17 +65,25 @@ struct TaskRunner::Task {
 };
 
 // Tasks chained in the order of posting. A batch is taken by swapping the whole chain, so a burst of posts costs the
-// runner one lock.
+// runner one lock. Records that have been run are used again: a post on a busy runner costs no allocation.
 class TaskRunner::Queue {
  public:
-  ~Queue() { Delete(head_); }
+  ~Queue() {
+    Delete(head_);
+    Delete(spare_);
+  }
 
-  void Append(std::unique_ptr<Task> task) {
+  void Append(const Location& location, std::int64_t postMs, Closure closure, std::binary_semaphore* done) {
     {
       const std::lock_guard lock(mutex_);
-      Task* const added = task.release();
-      (tail_ != nullptr ? tail_->next : head_) = added;
-      tail_ = added;
+      Task* const task = TakeSpare();
+      task->id = nextTaskId.fetch_add(1, std::memory_order_relaxed);
+      task->location = location;
+      task->postMs = postMs;
+      task->closure = std::move(closure);
+      task->done = done;
+      (tail_ != nullptr ? tail_->next : head_) = task;
+      tail_ = task;
     }
     added_.notify_one();
   }
@@ -86,6 +94,19 @@ class TaskRunner::Queue {
     if (head_ == nullptr && !thread.StopRequested()) added_.wait(lock);
     tail_ = nullptr;
     return std::exchange(head_, nullptr);
+  }
+
+  // Takes back records that have been run, `last` being the end of their chain.
+  void GiveBack(Task* first, Task* last, std::size_t count) {
+    {
+      const std::lock_guard lock(mutex_);
+      if (spareCount_ < kMaxSpare) {
+        last->next = std::exchange(spare_, first);
+        spareCount_ += count;
+        return;
+      }
+    }
+    Delete(first);
   }
 
   // Drops what is queued, releasing the callers of blocking posts, and wakes the thread.
@@ -104,14 +125,27 @@ class TaskRunner::Queue {
   }
 
  private:
+  static constexpr std::size_t kMaxSpare = 1024;
+
+  // A record that is empty but for what Append writes.
+  Task* TakeSpare() {
+    if (spare_ == nullptr) return new Task;
+    --spareCount_;
+    Task* const task = std::exchange(spare_, spare_->next);
+    task->next = nullptr;
+    return task;
+  }
+
   static void Delete(Task* chain) {
     while (chain != nullptr) delete std::exchange(chain, chain->next);
   }
 
-  std::mutex mutex_;  // guards the chain
+  std::mutex mutex_;  // guards all below
   std::condition_variable added_;
   Task* head_ = nullptr;
   Task* tail_ = nullptr;
+  Task* spare_ = nullptr;
+  std::size_t spareCount_ = 0;
 };
 
 TaskRunner::TaskRunner(int type, std::unique_ptr<ThreadLocalSlot> slot, const TESSARIN_COMMON::Clock& clock)
@@ -152,21 +186,12 @@ void TaskRunner::StopRunner() {
 }
 
 void TaskRunner::PostTask(const Location& location, Closure closure) {
-  auto task = std::make_unique<Task>();
-  task->location = location;
-  task->postMs = clock_.WallMs();
-  task->closure = std::move(closure);
-  queue_->Append(std::move(task));
+  queue_->Append(location, clock_.WallMs(), std::move(closure), nullptr);
 }
 
 bool TaskRunner::PostTaskAndWait(const Location& location, Closure closure) {
   std::binary_semaphore done{0};
-  auto task = std::make_unique<Task>();
-  task->location = location;
-  task->postMs = clock_.WallMs();
-  task->closure = std::move(closure);
-  task->done = &done;
-  queue_->Append(std::move(task));
+  queue_->Append(location, clock_.WallMs(), std::move(closure), &done);
   done.acquire();
   return true;
 }
@@ -187,19 +212,28 @@ void TaskRunner::Run(Thread* thread) {
   LogAt(kModule, Level::Progress, "TaskRunner Running, type:{}, thread name: {}", Name(), Name());
   const long runtime = InitialiseThreadRuntime();
   if (runtime != 0) LogAt(kModule, Level::Unexpected, "com initializeer execute failed. hr: {}", runtime);
-  while (!thread->StopRequested()) {
-    Task* batch = queue_->Take(*thread);
-    std::int64_t startMs = batch != nullptr ? clock_.WallMs() : 0;
-    while (batch != nullptr) {
-      const std::unique_ptr<Task> task(std::exchange(batch, batch->next));
-      RunTask(*task, startMs);
-      startMs = task->endMs;  // within a batch one task starts when the one before it ends
-    }
-  }
+  while (!thread->StopRequested()) RunBatch(queue_->Take(*thread));
   if (runtime == 0) UninitialiseThreadRuntime();
 }
 
-void TaskRunner::RunTask(Task& task, std::int64_t startMs) {
+void TaskRunner::RunBatch(Task* batch) {
+  constexpr std::size_t kGiveBackEvery = 64;
+  std::int64_t startMs = batch != nullptr ? clock_.WallMs() : 0;
+  while (batch != nullptr) {
+    Task* const first = batch;
+    Task* last = nullptr;
+    std::size_t count = 0;
+    for (; batch != nullptr && count < kGiveBackEvery; ++count) {
+      last = std::exchange(batch, batch->next);
+      startMs = RunTask(*last, startMs);  // within a batch one task starts when the one before it ends
+    }
+    last->next = nullptr;
+    queue_->GiveBack(first, last, count);
+  }
+}
+
+// Runs and empties a record; returns the time of its end.
+std::int64_t TaskRunner::RunTask(Task& task, std::int64_t startMs) {
   const std::int32_t outerKind = currentKind_.exchange(task.kind);
   task.startMs = startMs;
   task.closure();
@@ -207,6 +241,8 @@ void TaskRunner::RunTask(Task& task, std::int64_t startMs) {
   currentKind_ = outerKind;
   if (task.done != nullptr) task.done->release();
   CheckBudgets(task);
+  task.closure = nullptr;
+  return task.endMs;
 }
 
 void TaskRunner::CheckBudgets(const Task& task) const {

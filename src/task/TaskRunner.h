@@ -53,7 +53,8 @@ class TaskRunner : public Runnable {
   class Queue;
   struct Task;
 
-  void RunTask(Task& task, std::int64_t startMs);
+  void RunBatch(Task* batch);
+  std::int64_t RunTask(Task& task, std::int64_t startMs);
   void CheckBudgets(const Task& task) const;
   [[nodiscard]] const char* Name() const;
 
