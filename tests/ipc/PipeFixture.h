@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -38,12 +39,15 @@ class Reports final : public TESSARIN_COMMON::IIpcErrorReporter {
   std::vector<std::pair<std::int32_t, std::string>> all_;
 };
 
-// One posted read, waited for to its end.
-inline std::int32_t ReadOnce(TESSARIN_COMMON::IIpcDataRecv& end, void* buffer, std::uint32_t size) {
-  if (!end.RecvData(buffer, size)) return 0;
+// The result of a posted read.
+inline std::int32_t WaitForEnd(TESSARIN_COMMON::IIpcDataRecv& end) {
   std::int32_t result = 0;
   while (result == 0) result = end.WaitRecvData();
   return result;
+}
+
+inline std::int32_t ReadOnce(TESSARIN_COMMON::IIpcDataRecv& end, void* buffer, std::uint32_t size) {
+  return end.RecvData(buffer, size) ? WaitForEnd(end) : 0;
 }
 
 inline std::string ReadText(TESSARIN_COMMON::IIpcDataRecv& end, std::uint32_t size) {

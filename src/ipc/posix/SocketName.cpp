@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "common/posix/NameRegistry.h"
+
 namespace TESSARIN_COMMON {
 namespace {
 
@@ -29,9 +31,12 @@ int ConnectSocket(const Descriptor& socket, const sockaddr_un& address) {
   return connect(socket.Get(), generic, sizeof address) == 0 ? 0 : errno;
 }
 
+// A bound name goes away with the process, should nobody remove it before.
 int BindSocket(const Descriptor& socket, const sockaddr_un& address) {
   const auto* const generic = reinterpret_cast<const sockaddr*>(&address);
-  return bind(socket.Get(), generic, sizeof address) == 0 ? 0 : errno;
+  const bool bound = NameRegistry::GetInstance().Add(NameRegistry::Kind::Socket, address.sun_path,
+                                                     [&] { return bind(socket.Get(), generic, sizeof address) == 0; });
+  return bound ? 0 : errno;
 }
 
 // Asks with a datagram socket: a live stream socket refuses the type, and hears nothing of the question. A stream

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Descriptor.h"
+#include "common/posix/Descriptor.h"
 
 // Sockets under a path of the file system. All return 0 or the system's error.
 namespace TESSARIN_COMMON {

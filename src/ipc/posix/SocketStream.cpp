@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "SocketName.h"
+#include "common/posix/NameRegistry.h"
 
 namespace TESSARIN_COMMON {
 
@@ -83,7 +84,7 @@ int SocketStream::WaitListener() {
 int SocketStream::Accept() {
   const std::lock_guard lock(mutex_);
   // The name goes first: once this client is taken, no other one may find it.
-  unlink(name_.c_str());
+  NameRegistry::GetInstance().Remove(NameRegistry::Kind::Socket, name_);
   Descriptor client(accept4(listener_.Get(), nullptr, nullptr, SOCK_CLOEXEC));
   const int error = client ? 0 : errno;
   listener_.Reset();
@@ -94,7 +95,7 @@ int SocketStream::Accept() {
 
 void SocketStream::StopListening() {
   if (!listener_) return;
-  unlink(name_.c_str());
+  NameRegistry::GetInstance().Remove(NameRegistry::Kind::Socket, name_);
   listener_.Reset();
 }
 

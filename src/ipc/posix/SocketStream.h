@@ -6,8 +6,8 @@
 #include <mutex>
 
 #include "../PipeStream.h"
-#include "Descriptor.h"
 #include "SendQueue.h"
+#include "common/posix/Descriptor.h"
 
 namespace TESSARIN_COMMON {
 

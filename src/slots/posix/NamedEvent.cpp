@@ -5,11 +5,13 @@
 
 #include <atomic>
 
-#include "NameRegistry.h"
 #include "common/OwningHandle.h"
+#include "common/posix/NameRegistry.h"
 
 namespace TESSARIN_LUMARC::slots {
 namespace {
+
+using TESSARIN_COMMON::NameRegistry;
 
 struct SemaphoreTraits {
   using Type = sem_t*;

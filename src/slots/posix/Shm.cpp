@@ -7,14 +7,14 @@
 #include <cerrno>
 #include <utility>
 
-#include "Descriptor.h"
-#include "NameRegistry.h"
+#include "common/posix/Descriptor.h"
+#include "common/posix/NameRegistry.h"
 
 namespace shoom {
 namespace {
 
-using TESSARIN_LUMARC::slots::Descriptor;
-using TESSARIN_LUMARC::slots::NameRegistry;
+using TESSARIN_COMMON::Descriptor;
+using TESSARIN_COMMON::NameRegistry;
 
 struct View {
   void* address = nullptr;

@@ -14,14 +14,17 @@
 #include <set>
 #include <string_view>
 
-#include "Descriptor.h"
-#include "NameRegistry.h"
+#include "common/posix/Descriptor.h"
+#include "common/posix/NameRegistry.h"
 
 // How the living are told from the dead: an owner holds a lock on its mark, a file beside the segments, until its
 // process ends in whatever way. Owners hold it shared, since two processes may have the same owner part (a hash, and a
 // process id of another name space); who removes names holds it alone, and so knows that nobody makes any.
 namespace TESSARIN_LUMARC::slots {
 namespace {
+
+using TESSARIN_COMMON::Descriptor;
+using TESSARIN_COMMON::NameRegistry;
 
 constexpr const char* kDirectory = "/dev/shm/";
 constexpr std::string_view kMarkPrefix = "ravo_owner_";

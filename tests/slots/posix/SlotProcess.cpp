@@ -1,8 +1,7 @@
 // A server of slots for the tests of what processes leave behind. It prints the path of its first slot and then ends in
-// the way that its argument names: "kill", "exit" (with another thread making slots and writing frames all the while)
-// or "hold" (exits at the end of its input).
+// the way that its argument names: "hold" (at the end of its input) or "exit" (at once, with another thread making
+// slots and writing frames all the while).
 #include <atomic>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -42,7 +41,6 @@ int main(int, char** arguments) {
   Slots().UpdateSlot("a", Picture().meta, Picture().planes);
   std::puts(Slots().Snapshot().at("a").slot->Path().c_str());
   std::fflush(stdout);
-  if (end == "kill") std::raise(SIGKILL);
   if (end == "hold") std::getchar();
   if (end == "exit") {
     static auto* const rounds = new std::atomic<int>(0);

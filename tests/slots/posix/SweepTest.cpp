@@ -54,6 +54,10 @@ class SlotProcess {
     waitpid(std::exchange(id_, 0), &status, 0);
     return status;
   }
+  void Kill() {
+    kill(id_, SIGKILL);
+    EXPECT_TRUE(WIFSIGNALED(End()));
+  }
   [[nodiscard]] const std::string& Path() const { return path_; }
   [[nodiscard]] std::string Owner() const {
     const auto first = path_.find('_') + 1;
@@ -77,11 +81,11 @@ Names NamesWith(const std::string& text) {
 }
 
 TEST(SlotSweep, RemovesAllThatAKilledProcessLeft) {
-  SlotProcess process("kill");
-  EXPECT_TRUE(WIFSIGNALED(process.End()));
+  SlotProcess process("hold");
   ASSERT_EQ(NamesWith(process.Owner()),
             (Names{process.Path(), "ravo_owner_" + process.Owner(), "sem.qx_ctl_" + process.Path() + "_main",
                    "sem.qx_ctl_" + process.Path() + "_side"}));
+  process.Kill();
   SweepLeftovers();
   EXPECT_EQ(NamesWith(process.Owner()), Names{});
 }
@@ -107,23 +111,27 @@ TEST(SlotSweep, NeedsNoneAfterAnExitInTheMiddleOfFrames) {
 }
 
 TEST(SlotSweep, TouchesOnlyNamesOfItsOwnForm) {
-  const Names foreign = {"11_987654321_1", "ravo_owner_987654321x", "sem.qx_ctl_11_987654321_1_other",
-                         "sem.qx_ctl_11_987654321_main"};
+  const Names foreign = {"11_555000111_1", "ravo_owner_555000111x", "sem.qx_ctl_11_555000111_1_other",
+                         "sem.qx_ctl_11_555000111_main"};
   for (const auto& name : foreign) std::ofstream("/dev/shm/" + name) << "x";
   SweepLeftovers();
-  EXPECT_EQ(NamesWith("987654321"), foreign);
+  EXPECT_EQ(NamesWith("555000111"), foreign);
   for (const auto& name : foreign) std::filesystem::remove("/dev/shm/" + name);
 }
 
 TEST(SlotSweep, ClearsAPredecessorOfTheSameOwnerOnceAndThenNoMore) {
-  std::ofstream("/dev/shm/11_987654322_1") << "x";
-  ClaimOwner("987654322");
-  EXPECT_EQ(NamesWith("987654322"), (Names{"ravo_owner_987654322"}));
-  std::ofstream("/dev/shm/11_987654322_2") << "x";
-  ClaimOwner("987654322");
+  static int run = 0;  // an owner is claimed for the life of the process
+  const std::string owner = "98765432" + std::to_string(++run);
+  const std::string old = "11_" + owner + "_1";
+  const std::string ours = "11_" + owner + "_2";
+  std::ofstream("/dev/shm/" + old) << "x";
+  ClaimOwner(owner);
+  EXPECT_EQ(NamesWith(owner), (Names{"ravo_owner_" + owner}));
+  std::ofstream("/dev/shm/" + ours) << "x";
+  ClaimOwner(owner);
   SweepLeftovers();
-  EXPECT_EQ(NamesWith("987654322"), (Names{"11_987654322_2", "ravo_owner_987654322"}));
-  std::filesystem::remove("/dev/shm/11_987654322_2");
+  EXPECT_EQ(NamesWith(owner), (Names{ours, "ravo_owner_" + owner}));
+  std::filesystem::remove("/dev/shm/" + ours);
 }
 
 TEST(Shm, SaysSoWhenTheMemoryIsNotThere) {

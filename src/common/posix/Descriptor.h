@@ -2,15 +2,15 @@
 
 #include <unistd.h>
 
-#include "common/OwningHandle.h"
+#include "../OwningHandle.h"
 
-namespace TESSARIN_LUMARC::slots {
+namespace TESSARIN_COMMON {
 
 struct DescriptorTraits {
   using Type = int;
   static constexpr int None() { return -1; }
   static void Close(int descriptor) { close(descriptor); }
 };
-using Descriptor = TESSARIN_COMMON::OwningHandle<DescriptorTraits>;
+using Descriptor = OwningHandle<DescriptorTraits>;
 
-}  // namespace TESSARIN_LUMARC::slots
+}  // namespace TESSARIN_COMMON

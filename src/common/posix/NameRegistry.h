@@ -8,16 +8,16 @@
 #include <string>
 #include <utility>
 
-#include "common/Singleton.h"
+#include "../Singleton.h"
 
-namespace TESSARIN_LUMARC::slots {
+namespace TESSARIN_COMMON {
 
-// The names that this process keeps in shared memory, so that they go away when it ends with exit, on whatever thread
-// and with frames still coming in: memory that is mapped stays, its name is removed, and nothing new can be named from
-// then on. Any thread.
-class NameRegistry : public TESSARIN_COMMON::Singleton<NameRegistry> {
+// The names that this process keeps in the system, so that they go away when it ends with exit, on whatever thread and
+// with clients and frames still coming in: what is open or mapped stays, its name is removed, and nothing new can be
+// named from then on. Any thread.
+class NameRegistry : public Singleton<NameRegistry> {
  public:
-  enum class Kind { Segment, Semaphore, OwnerMark };  // at the end removed in this order
+  enum class Kind { Socket, Segment, Semaphore, OwnerMark };  // at the end removed in this order
 
   // Runs `make`, which creates the object, and remembers its name if it returns true. False, with errno set, if that
   // fails or the process is ending.
@@ -26,7 +26,7 @@ class NameRegistry : public TESSARIN_COMMON::Singleton<NameRegistry> {
   void Remove(Kind kind, const std::string& name);
 
  private:
-  friend class TESSARIN_COMMON::Singleton<NameRegistry>;
+  friend class Singleton<NameRegistry>;
 
   NameRegistry();
   void End();
@@ -37,4 +37,4 @@ class NameRegistry : public TESSARIN_COMMON::Singleton<NameRegistry> {
   bool ending_ = false;
 };
 
-}  // namespace TESSARIN_LUMARC::slots
+}  // namespace TESSARIN_COMMON

@@ -7,14 +7,21 @@
 #include <cerrno>
 #include <cstdlib>
 
-namespace TESSARIN_LUMARC::slots {
+namespace TESSARIN_COMMON {
 namespace {
 
 void Unlink(NameRegistry::Kind kind, const std::string& name) {
-  if (kind == NameRegistry::Kind::Semaphore) {
-    sem_unlink(name.c_str());
-  } else {
-    shm_unlink(name.c_str());  // the owner's mark lies beside the segments
+  switch (kind) {
+    case NameRegistry::Kind::Socket:
+      unlink(name.c_str());
+      break;
+    case NameRegistry::Kind::Semaphore:
+      sem_unlink(name.c_str());
+      break;
+    case NameRegistry::Kind::Segment:
+    case NameRegistry::Kind::OwnerMark:
+      shm_unlink(name.c_str());
+      break;  // the mark lies beside the segments
   }
 }
 
@@ -48,4 +55,4 @@ void NameRegistry::End() {
   names_.clear();
 }
 
-}  // namespace TESSARIN_LUMARC::slots
+}  // namespace TESSARIN_COMMON
