@@ -11,7 +11,9 @@
 namespace host {
 namespace {
 
-std::filesystem::path Path(const std::string& utf8) { return std::u8string(utf8.begin(), utf8.end()); }
+std::filesystem::path Path(const std::string& utf8) {
+  return std::u8string(utf8.begin(), utf8.end());
+}
 
 std::string ReadFile(const std::string& name) {
   std::ifstream file(Path(name), std::ios::binary);

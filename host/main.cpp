@@ -66,7 +66,9 @@ void Require(const std::string& file, const char* what) {
   if (!host::FileExists(file)) throw std::runtime_error(std::string("no such ") + what + ": " + file);
 }
 
-void RAVO_CALL OnServerStops() { Say("ravo-host: the server stops\n"); }
+void RAVO_CALL OnServerStops() {
+  Say("ravo-host: the server stops\n");
+}
 
 int RunServer(const CommandLine& line) {
   const host::StartOptions options = host::ReadStartOptions(line.options);

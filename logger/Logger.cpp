@@ -65,8 +65,7 @@ bool Logger::Create(const Settings& settings) {
 void Logger::OpenFile(const Settings& settings) {
   const std::filesystem::path folder(std::u8string(settings.folder.begin(), settings.folder.end()));
   const auto path = PrepareLogFile(folder, settings.stem, settings.keepRuns);
-  file_ = Formatted(
-      std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.native(), kPartBytes, kOlderParts));
+  file_ = Formatted(std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.native(), kPartBytes, kOlderParts));
 }
 
 void Logger::Write(const char* module, int level, const char* text) {

@@ -49,7 +49,7 @@ void ConfigureCamera(const VideoCaptureConfig* config) {
     camera.encoding.height = config->height;
   }
   if (config->frameRate > 0) camera.encoding.frameRate = config->frameRate;
-  LocalMedia::Get().SetCamera(camera);
+  if (camera.encoding.IsUsable()) LocalMedia::Get().SetCamera(camera);
 }
 
 void DestroyRtc() {

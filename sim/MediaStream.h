@@ -23,6 +23,15 @@ struct Encoding {
   std::int64_t frameRate = 30;
   std::int32_t scaleMode = 0;
   std::int32_t codecMode = 0;
+
+  // Whether pictures can be made so: 1 to kMaxSide pixels a side, 1 to 1000 frames a second.
+  [[nodiscard]] bool IsUsable() const {
+    return IsSide(width) && IsSide(height) && frameRate >= 1 && frameRate <= kMaxFrameRate;
+  }
+  [[nodiscard]] static bool IsSide(std::int64_t pixels) { return pixels >= 1 && pixels <= kMaxSide; }
+
+  static constexpr std::int64_t kMaxSide = 16384;
+  static constexpr std::int64_t kMaxFrameRate = 1000;
 };
 
 // What the pictures of a stream become from a frame on. 0 keeps the size; -1 keeps the rest.
@@ -32,6 +41,11 @@ struct ShapeChange {
   std::int64_t height = 0;
   std::int64_t rotation = -1;
   std::int64_t strideExtra = -1;
+
+  [[nodiscard]] bool IsUsable() const {
+    return (width == 0 || Encoding::IsSide(width)) && (height == 0 || Encoding::IsSide(height)) &&
+           strideExtra <= Encoding::kMaxSide;
+  }
 };
 
 // Where the pictures come from, and what goes wrong with them.

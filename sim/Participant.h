@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,6 +29,12 @@ struct Participant {
   std::int64_t strideExtra = 0;  // bytes of padding behind each row
   std::vector<ShapeChange> changes;
 
+  // Whether the stream can be played.
+  [[nodiscard]] bool IsUsable() const {
+    return !userId.empty() && std::ranges::all_of(encodings, &Encoding::IsUsable) &&
+           std::ranges::all_of(changes, &ShapeChange::IsUsable) && strideExtra >= 0 &&
+           strideExtra <= Encoding::kMaxSide;
+  }
   [[nodiscard]] std::string Sid() const { return userId + "_" + std::to_string(streamIndex); }
   [[nodiscard]] bool IsScreen() const { return streamIndex == 1; }
   [[nodiscard]] MediaPlan Plan() const {

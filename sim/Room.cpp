@@ -180,6 +180,7 @@ std::int64_t Room::Subscribe(std::string_view sid, bool video, std::int64_t widt
     wish.encoding.height = height;
   }
   if (frameRate > 0) wish.encoding.frameRate = frameRate;
+  if (!wish.encoding.IsUsable()) return -1;
   if (!video && member->stream) {
     member->stream->Stop();
     member->stream.reset();

@@ -12,7 +12,9 @@ namespace host {
 const char* const kRavoFile = "libravo.so";
 const char* const kEngineFile = "/libtessarin-lumarc.so";
 
-std::vector<std::string> Arguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
+std::vector<std::string> Arguments(int argc, char** argv) {
+  return {argv + 1, argv + argc};
+}
 
 std::string ProgramFolder() {
   std::array<char, 4096> path;

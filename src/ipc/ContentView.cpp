@@ -1,6 +1,7 @@
 #include "ContentView.h"
 
 #include <atomic>
+#include <cstring>
 
 #include "common/JsonNode.h"
 
@@ -43,7 +44,11 @@ void ContentView::Parse(std::string_view text) {
   Clear();
   pool_.reset(Pool::Take());
   auto& document = pool_->document;
-  document.Parse(text.data(), text.size());
+  // Parsed in place, in a copy that lives as long as the values: their strings need no memory of their own.
+  auto* const copy = static_cast<char*>(pool_->allocator.Malloc(text.size() + 1));
+  std::memcpy(copy, text.data(), text.size());
+  copy[text.size()] = '\0';
+  document.ParseInsitu(copy);
   if (document.HasParseError()) {
     throw std::runtime_error(ParseFailureText(document.GetParseError(), document.GetErrorOffset(), text));
   }

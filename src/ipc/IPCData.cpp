@@ -20,39 +20,6 @@ constexpr HeaderText kHeaderTexts[] = {{"module_name", &IPCData::module_name},
                                        {"message_key", &IPCData::message_key},
                                        {"context_id", &IPCData::context_id}};
 
-// What the JSON writer writes to: a text that was made long enough beforehand and is cut at the end.
-class TextSink {
- public:
-  using Ch = char;
-
-  explicit TextSink(std::size_t expectedBytes) : text_(expectedBytes, '\0') { Use(0); }
-
-  void Put(char c) {
-    if (at_ == end_) Grow();
-    *at_++ = c;
-  }
-  void Flush() {}
-  [[nodiscard]] std::string Take() {
-    text_.resize(static_cast<std::size_t>(at_ - text_.data()));
-    return std::move(text_);
-  }
-
- private:
-  void Grow() {
-    const std::size_t used = text_.size();
-    text_.resize(2 * used);
-    Use(used);
-  }
-  void Use(std::size_t offset) {
-    at_ = text_.data() + offset;
-    end_ = text_.data() + text_.size();
-  }
-
-  std::string text_;
-  char* at_ = nullptr;
-  char* end_ = nullptr;
-};
-
 // Room for the text with its keys, where few characters need an escape beyond the quotes of nested JSON.
 std::size_t ExpectedBytes(const IPCData& data) {
   std::size_t bytes = 256 + data.content.size() + data.content.size() / 4;
@@ -60,7 +27,7 @@ std::size_t ExpectedBytes(const IPCData& data) {
   return bytes;
 }
 
-void WriteText(rapidjson::Writer<TextSink>& writer, const char* key, const std::string& text) {
+void WriteText(rapidjson::Writer<rapidjson::StringBuffer>& writer, const char* key, const std::string& text) {
   writer.Key(key);
   writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
 }
@@ -91,8 +58,8 @@ char Upper(char c) {
 }  // namespace
 
 std::string Serialize(const IPCData& data) {
-  TextSink sink(ExpectedBytes(data));
-  rapidjson::Writer<TextSink> writer(sink);
+  rapidjson::StringBuffer buffer(nullptr, ExpectedBytes(data));
+  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
   writer.StartObject();
   writer.Key(kHeader);
   writer.StartObject();
@@ -102,7 +69,7 @@ std::string Serialize(const IPCData& data) {
   writer.EndObject();
   WriteText(writer, kContent, data.content);
   writer.EndObject();
-  return sink.Take();
+  return {buffer.GetString(), buffer.GetSize()};
 }
 
 void ParseIpcData(std::string_view text, IPCData& data) {

@@ -16,7 +16,9 @@ int Create(const std::string& folder, int keep = 7, int flush = 1) {
   return CreateTessarinLogger(3, folder.c_str(), "TESSARIN_RAVO_COMMON", "Ravo", 0, keep, flush);
 }
 
-void Write(int level, const std::string& text) { TessarinLogWrite("Ravo", level, text.c_str()); }
+void Write(int level, const std::string& text) {
+  TessarinLogWrite("Ravo", level, text.c_str());
+}
 
 void WriteMany(const std::string& text, int count) {
   for (int i = 0; i < count; ++i) Write(3, text + " " + std::to_string(i));
@@ -75,7 +77,7 @@ void WriteMisuse(const std::string& folder) {
 int main(int argc, char** argv) {
   const auto arguments = host::Arguments(argc, argv);
   const std::map<std::string, void (*)(const std::string&)> actions = {
-      {"early", WriteEarlyLines},   {"exit", ExitUnderLoad}, {"threads", WriteFromThreads}, {"hang", Hang},
+      {"early", WriteEarlyLines},    {"exit", ExitUnderLoad}, {"threads", WriteFromThreads}, {"hang", Hang},
       {"warning", HangAfterWarning}, {"big", WriteBig},       {"misuse", WriteMisuse}};
   actions.at(arguments.at(0))(arguments.at(1));
 }

@@ -87,7 +87,8 @@ TEST_F(Logger, AnUnusableFolderLeavesStandardError) {
 TEST_F(Logger, ExitLosesNoLineWhileOtherThreadsWrite) {
   EXPECT_EQ(Run("exit"), 0);
   const auto texts = Texts();
-  EXPECT_EQ(std::count_if(texts.begin(), texts.end(), [](const auto& text) { return text.starts_with("mine "); }), 2000);
+  EXPECT_EQ(std::count_if(texts.begin(), texts.end(), [](const auto& text) { return text.starts_with("mine "); }),
+            2000);
 }
 
 TEST_F(Logger, LinesOfManyThreadsStayWhole) {

@@ -94,6 +94,9 @@ TEST_F(Started, ReportsParametersThatItDoesNotTake) {
   const auto before = SimViolationCount();
   EXPECT_TRUE(SimSetParams(R"({"rtc.any": 1, "sim.nothing": 1, "sim.room": {"joinDelayMs": "soon"}})"));
   EXPECT_EQ(SimViolationCount(), before + 2);
+  SimSetParams(R"({"sim.room": {"participants": [{"userId": "wide", "encodings": [{"width": 99999}]}]}})");
+  SimSetParams(R"({"sim.camera": {"encoding": {"frameRate": 0}}})");
+  EXPECT_EQ(SimViolationCount(), before + 4);
   EXPECT_FALSE(SimSetParams("[]"));
   EXPECT_FALSE(SimSetParams(""));
 }

@@ -135,7 +135,7 @@ TEST_F(Media, PatternMovesAndShowsWhoseItIs) {
   ASSERT_TRUE(stand::WaitForFrames("hal", 1));
   const auto gus = stand::Frames("gus");
   const auto row = [](const Frame& frame, int y) {
-    const auto start = frame.planes[0].begin() + y * frame.strides[0];
+    const auto* const start = frame.planes[0].data() + y * frame.strides[0];
     return std::vector<std::uint8_t>(start, start + frame.strides[0]);
   };
   EXPECT_NE(row(gus[0], 180), row(gus[1], 180));

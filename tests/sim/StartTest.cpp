@@ -42,6 +42,13 @@ TEST(Unstarted, CallBeforeTheStartIsReported) {
   EXPECT_EQ(SimViolationCount(), 1);
 }
 
+// What is looked at is the end of the process, which must be clean with the preview running and callbacks under way.
+TEST_F(Started, ProcessMayEndWhilePicturesRun) {
+  SimSetParams(R"({"sim.camera": {"encoding": {"width": 640, "height": 480, "frameRate": 500}}})");
+  StartVideoCapture();
+  EXPECT_TRUE(stand::WaitForFrames("", 5));
+}
+
 TEST_F(Started, NothingCallsBackAfterDestroyServer) {
   SimSetParams(R"({"sim.room": {"participants": [{"userId": "ann", "encodings": [{"frameRate": 60}]}]}})");
   Join("me");

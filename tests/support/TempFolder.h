@@ -13,7 +13,8 @@ class TempFolder {
  public:
   TempFolder() {
     static std::atomic<int> count = 0;
-    const auto name = "ravo-test-" + std::to_string(TESSARIN_COMMON::CurrentProcessId()) + "-" + std::to_string(++count);
+    const auto name =
+        "ravo-test-" + std::to_string(TESSARIN_COMMON::CurrentProcessId()) + "-" + std::to_string(++count);
     path_ = std::filesystem::temp_directory_path() / name;
     std::filesystem::create_directories(path_);
   }

@@ -25,7 +25,9 @@ struct Pipe {
   Pipe() { Check(pipe2(ends.data(), O_CLOEXEC) == 0 ? 0 : errno, "pipe2"); }
 };
 
-int ExitCode(int status) { return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status); }
+int ExitCode(int status) {
+  return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
 
 }  // namespace
 
@@ -66,9 +68,13 @@ std::optional<int> Wait(std::intptr_t process, std::chrono::milliseconds bound) 
   return ExitCode(status);
 }
 
-void Kill(std::intptr_t process) { kill(static_cast<pid_t>(process), SIGKILL); }
+void Kill(std::intptr_t process) {
+  kill(static_cast<pid_t>(process), SIGKILL);
+}
 
-void Interrupt(std::intptr_t process) { kill(static_cast<pid_t>(process), SIGINT); }
+void Interrupt(std::intptr_t process) {
+  kill(static_cast<pid_t>(process), SIGINT);
+}
 
 void CloseProcess(std::intptr_t) {}
 
@@ -80,7 +86,9 @@ std::size_t Read(std::intptr_t pipe, char* buffer, std::size_t size) {
   return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
-void ClosePipe(std::intptr_t pipe) { close(static_cast<int>(pipe)); }
+void ClosePipe(std::intptr_t pipe) {
+  close(static_cast<int>(pipe));
+}
 
 std::string OwnFolder() {
   std::array<char, 4096> path;

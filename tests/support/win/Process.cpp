@@ -16,7 +16,9 @@ void Check(bool good, const std::string& call) {
   throw std::runtime_error(call + ": " + TESSARIN_COMMON::SystemErrorText(TESSARIN_COMMON::LastSystemError()));
 }
 
-HANDLE Handle(std::intptr_t value) { return reinterpret_cast<HANDLE>(value); }
+HANDLE Handle(std::intptr_t value) {
+  return reinterpret_cast<HANDLE>(value);
+}
 
 struct Pipe {
   HANDLE read = nullptr;
@@ -41,7 +43,9 @@ std::string Quoted(const std::string& argument) {
 }
 
 // The test is on the child's console for a moment, and goes on.
-BOOL WINAPI IgnoreControl(DWORD) { return TRUE; }
+BOOL WINAPI IgnoreControl(DWORD) {
+  return TRUE;
+}
 
 }  // namespace
 
@@ -84,7 +88,9 @@ std::optional<int> Wait(std::intptr_t process, std::chrono::milliseconds bound) 
   return static_cast<int>(code);
 }
 
-void Kill(std::intptr_t process) { TerminateProcess(Handle(process), 137); }
+void Kill(std::intptr_t process) {
+  TerminateProcess(Handle(process), 137);
+}
 
 void Interrupt(std::intptr_t process) {
   SetConsoleCtrlHandler(IgnoreControl, TRUE);
@@ -94,7 +100,9 @@ void Interrupt(std::intptr_t process) {
   FreeConsole();
 }
 
-void CloseProcess(std::intptr_t process) { CloseHandle(Handle(process)); }
+void CloseProcess(std::intptr_t process) {
+  CloseHandle(Handle(process));
+}
 
 std::size_t Read(std::intptr_t pipe, char* buffer, std::size_t size) {
   DWORD count = 0;
@@ -104,7 +112,9 @@ std::size_t Read(std::intptr_t pipe, char* buffer, std::size_t size) {
   return length > 0 ? length : Read(pipe, buffer, size);
 }
 
-void ClosePipe(std::intptr_t pipe) { CloseHandle(Handle(pipe)); }
+void ClosePipe(std::intptr_t pipe) {
+  CloseHandle(Handle(pipe));
+}
 
 std::string OwnFolder() {
   std::array<char, 4096> path;

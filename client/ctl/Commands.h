@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+
+#include "CommandLine.h"
+#include "client/Session.h"
+#include "client/SlotTracker.h"
+
+namespace ravo::ctl {
+
+// What a command works with: its own words, and a session that is connected when it runs.
+struct Context {
+  const CommandLine& line;
+  client::Session& session;
+  client::SlotTracker& slots;
+
+  [[nodiscard]] const std::string& Word(std::size_t index) const { return line.Words().at(index + 1); }
+  [[nodiscard]] bool HasWord(std::size_t index) const { return index + 1 < line.Words().size(); }
+  // The content of the reply; fails with a std::runtime_error that names the method if there is none.
+  std::string Call(const std::string& method, const std::string& arguments = "[]") const;
+};
+
+struct Command {
+  const char* name;
+  const char* usage;  // the words and options behind the name
+  const char* help;
+  std::size_t leastWords;  // behind the name
+  std::size_t mostWords;
+  int (*run)(Context& context);                      // gives the exit code
+  void (*check)(const CommandLine& line) = nullptr;  // of the words, before anything is connected
+};
+
+// Requests and events.
+int RunCall(Context& context);
+void CheckCall(const CommandLine& line);
+int RunWatch(Context& context);
+int RunStatus(Context& context);
+int RunStreams(Context& context);
+
+// Frames.
+int RunSnapshot(Context& context);
+int RunRecord(Context& context);
+
+// A whole visit to a meeting.
+int RunAttend(Context& context);
+void CheckAttend(const CommandLine& line);
+
+}  // namespace ravo::ctl

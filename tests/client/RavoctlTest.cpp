@@ -1,0 +1,107 @@
+#include <gmock/gmock.h>
+
+#include "ScriptedServer.h"
+#include "ctl/StreamReading.h"
+#include "support/Process.h"
+
+namespace {
+
+using client_test::Request;
+using client_test::ScriptedServer;
+using support::Process;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const std::string kProgram = support::BesideTest("ravoctl");
+
+TEST(Ravoctl, RefusesWrongUsageBeforeItConnects) {
+  const std::vector<std::vector<std::string>> cases = {
+      {},
+      {"--pipe", "p"},
+      {"--pipe", "p", "unknown"},
+      {"status"},
+      {"--pipe", "p", "call"},
+      {"--pipe", "p", "call", "SetFps", "[15"},
+      {"--pipe", "p", "call", "SetFps", "[15]", "more"},
+      {"--pipe", "p", "status", "--timeout", "soon"},
+      {"--pipe", "p", "status", "--timeout"},
+      {"--pipe", "p", "status", "--colour"},
+      {"--pipe", "p", "attend", "room", "ann", "--subscribe", "some"},
+  };
+  for (const auto& arguments : cases) {
+    Process ctl(kProgram, arguments);
+    EXPECT_EQ(ctl.Wait(), 2) << testing::PrintToString(arguments);
+    EXPECT_THAT(ctl.Err(), HasSubstr("ravoctl: "));
+    EXPECT_EQ(ctl.Out(), "");
+  }
+}
+
+TEST(Ravoctl, SaysThatNobodyServes) {
+  Process ctl(kProgram, {"--pipe", support::UniquePipeName(), "--timeout", "0", "status"});
+  EXPECT_EQ(ctl.Wait(), 1);
+  EXPECT_THAT(ctl.Err(), HasSubstr("nobody serves at"));
+}
+
+TEST(Ravoctl, CallPrintsTheAnswerAndPassesArgumentsToTheLetter) {
+  ScriptedServer server(
+      [](ScriptedServer& self, const Request& request) { self.Answer(request, R"({"answer":"*"})"); });
+  const std::string arguments = R"(["a \"b\" \\", {"c": "* ?"}, "ä"])";
+  Process ctl(kProgram, {"call", "SetBackgroundImage", arguments, "--pipe", server.Name()});
+  EXPECT_EQ(ctl.Wait(), 0) << ctl.Err();
+  EXPECT_EQ(ctl.Out(), "{\"answer\":\"*\"}\n");
+  EXPECT_THAT(server.WaitRequests(1), ElementsAre("set_background_image " + arguments));
+}
+
+TEST(Ravoctl, ReportsErrorRepliesAndMissingOnes) {
+  ScriptedServer server([](ScriptedServer& self, const Request& request) {
+    if (request.key == "wrong") self.Answer(request, "no such", TESSARIN_COMMON::kMessageCallResponseError);
+  });
+  Process wrong(kProgram, {"--pipe", server.Name(), "call", "wrong"});
+  EXPECT_EQ(wrong.Wait(), 1);
+  EXPECT_THAT(wrong.Err(), HasSubstr("no such"));
+  Process silent(kProgram, {"--pipe", server.Name(), "--timeout", "1", "call", "silent"});
+  EXPECT_EQ(silent.Wait(), 1);
+  EXPECT_THAT(silent.Err(), HasSubstr("silent: no answer within 1 s"));
+}
+
+TEST(Ravoctl, WatchPrintsOneLineAnEventUntilTheServerEnds) {
+  ScriptedServer server;
+  Process ctl(kProgram, {"--pipe", server.Name(), "watch"});
+  // The session begins when the program likes; what is sent before is lost.
+  for (int i = 0; i < 600 && ctl.Out().empty(); ++i) {
+    server.SendEvent("UserJoin", "[\n\t\"ann\",\t1\n]");
+    (void)ctl.WaitForOut("\n", std::chrono::milliseconds(100));
+  }
+  EXPECT_THAT(ctl.Out(), testing::StartsWith("{\"event\":\"USER_JOIN\",\"content\":[\"ann\",1]}\n"));
+  server.Stop();
+  EXPECT_EQ(ctl.Wait(), 0) << ctl.Err();
+}
+
+TEST(Ravoctl, StatusShowsTheStateReadably) {
+  ScriptedServer server([](ScriptedServer& self, const Request& request) {
+    self.Answer(request, R"({"serverState":{"myUid":"ann","isJoinMeeting":true,"roomId":"blue"},
+      "streamInfo":[{"sid":"s1","uid":"bob","streamType":0,"resolutions":[{"width":64,"height":48,"frameRate":15}]}],
+      "subscribeStatus":{"maxSubscribingNumber":9,"subscribed":["s1","s2"]}})");
+  });
+  Process ctl(kProgram, {"--pipe", server.Name(), "status"});
+  EXPECT_EQ(ctl.Wait(), 0) << ctl.Err();
+  for (const char* part : {"blue", "s1 s2", "64x48@15", "bob"}) EXPECT_THAT(ctl.Out(), HasSubstr(part));
+}
+
+TEST(FrameAge, CountsAcrossTheWrapOfTheStampAndKnowsOtherStamps) {
+  EXPECT_EQ(ravo::ctl::FrameAgeMs(1'999'990, 4'000'005), 15);
+  EXPECT_EQ(ravo::ctl::FrameAgeMs(7, 2'000'007), 0);
+  EXPECT_FALSE(ravo::ctl::FrameAgeMs(7, 60'008));
+  EXPECT_FALSE(ravo::ctl::FrameAgeMs(2'000'000, 5));
+}
+
+TEST(Percentile, IsAValueOfTheList) {
+  std::vector<std::int64_t> values;
+  for (int i = 100; i >= 1; --i) values.push_back(i);
+  EXPECT_EQ(ravo::ctl::Percentile(values, 50), 50);
+  EXPECT_EQ(ravo::ctl::Percentile(values, 99), 99);
+  EXPECT_EQ(ravo::ctl::Percentile({3}, 99), 3);
+  EXPECT_FALSE(ravo::ctl::Percentile({}, 50));
+}
+
+}  // namespace

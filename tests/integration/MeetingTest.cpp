@@ -1,0 +1,122 @@
+// Joining and leaving, and what becomes of the wishes for video.
+#include "ServerTest.h"
+
+namespace integration {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+constexpr char kJoin[] = R"(["token","room","me","extra"])";
+constexpr char kAnn[] = R"({"userId":"ann","encodings":[{"width":320,"height":180,"frameRate":15},{"width":640,"height":360}]})";
+
+class MeetingTest : public ServerTest {
+ protected:
+  // Makes the engine tell that a room was joined (1) or joined again (2).
+  void FireRoomState(int kind) {
+    SetParams(R"("sim.fire":[{"entry":"OnRoomStateChanged","args":["room","me",0,0,)" + std::to_string(kind) + ",77]}]");
+  }
+};
+
+TEST_F(MeetingTest, TellsOfTheJoinAfterTheReplyAndOfTheLeaveAtOnce) {
+  StartServer("", R"("appVersion":"1.2","vendorTypeConfig":{"isMediaOversea":true})");
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  EXPECT_EQ(Call("JoinMeeting", kJoin), "0");
+  EXPECT_EQ(server_->Calls("SetRtcRuntimeParameter").back(),
+            R"("","{\"rtc.common_extra_info\":\"{\\\"app_version\\\":\\\"1.2\\\",)"
+            R"(\\\"service_type\\\":\\\"live\\\",\\\"is_oversea\\\":\\\"1\\\"}\"}")");
+  EXPECT_EQ(Expect("MY_UID_CHANGE"), R"(["me"])");
+  EXPECT_THAT(Expect("JOIN_CHANNEL_SUCCESS"), StartsWith(R"(["room", "me", )"));
+  EXPECT_THAT(Call("FetchServerState"), StartsWith(R"({"myUid":"me","isJoinMeeting":true,"roomId":"room",)"));
+
+  EXPECT_EQ(Call("LeaveMeeting"), "null");
+  EXPECT_EQ(Expect("LEAVE_MEETING_SUCCESS"), "[]");
+  EXPECT_THAT(server_->Calls("LeaveRoom"), ElementsAre(""));
+  EXPECT_THAT(Call("FetchServerState"), StartsWith(R"({"myUid":"me","isJoinMeeting":false,"roomId":"room",)"));
+}
+
+TEST_F(MeetingTest, PassesTheNumberOfARefusedJoinOn) {
+  StartServer(R"("sim.results":{"JoinRoom":-7})");
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  EXPECT_EQ(Call("JoinMeeting", kJoin), "-7");
+  EXPECT_EQ(Expect("MY_UID_CHANGE"), R"(["me"])");
+  EXPECT_THAT(Call("FetchServerState"), HasSubstr(R"("isJoinMeeting":true)"));  // until the client leaves
+}
+
+TEST_F(MeetingTest, SwallowsAJoinThatSucceedsTooLateButNoRejoin) {
+  StartServer(R"("sim.room":{"joinNever":true})");
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  Call("JoinMeeting", kJoin);
+  Call("LeaveMeeting");
+  FireRoomState(1);
+  FireRoomState(3);
+  FireRoomState(2);
+  EXPECT_EQ(Expect("REJOIN_CHANNEL_SUCCESS"), R"(["room", "me", 77])");
+  EXPECT_TRUE(server_->WaitForLog("[JoinChannelSuccess] isJoinMeeting is false, so return"));
+  EXPECT_FALSE(HasCome("JOIN_CHANNEL_SUCCESS"));
+}
+
+TEST_F(MeetingTest, SubscribesOnceWithTheLargestWish) {
+  StartServer(std::string(R"("sim.room":{"participants":[)") + kAnn + "]}");
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  // Wishes for a stream that is not there yet are kept.
+  Call("SubscribeVideo", R"(["ann_0",0,0,{"subscribeClientId":"small"}])");
+  Call("SubscribeVideo", R"(["ann_0",1,0,{"subscribeClientId":"ignored"},"large"])");
+  Call("JoinMeeting", kJoin);
+  EXPECT_THAT(Expect("STREAM_ADDED"), StartsWith(R"(["ann", "ann_0", false, [{"width":320,"height":180,)"));
+  EXPECT_THAT(server_->Calls("Subscribe"), IsEmpty());
+
+  Call("SubscribeVideo", R"(["ann_0",0,0,{"subscribeClientId":"late"}])");
+  EXPECT_EQ(Expect("SERVER_SUB_STARTED"), R"(["ann_0", true, true, 1])");
+  EXPECT_EQ(Expect("STREAM_SUBSCRIBED"),
+            R"([0, "ann_0", {"subscribeVideo":true,"subscribeAudio":true,"videoIndex":1,"layer":0}])");
+  EXPECT_EQ(Call("GetSubscribeStatus"),
+            R"({"maxSubscribingNumber":10,"subscribing":[],"unSubscribing":[],"subscribed":["ann_0"],)"
+            R"("waitingSubscribe":[],"audioSubscribing":["ann_0"],)"
+            R"("subscribedInfo":[{"sid":"ann_0","index":1,"layer":0}]})");
+
+  for (const char* view : {"large", "small", "late"}) {
+    EXPECT_THAT(server_->Calls("Unsubscribe"), IsEmpty());
+    Call("UnSubscribeVideo", R"(["ann_0",{"subscribeClientId":")" + std::string(view) + "\"}]");
+  }
+  EXPECT_THAT(server_->Calls("Unsubscribe"), ElementsAre(R"("ann_0",2,0)"));
+  EXPECT_THAT(server_->Calls("Subscribe"),
+              ElementsAre(R"("ann_0",3,0,{"frameRate":30,"width":640,"height":360,"unused":[-1,-1,-1,-1,-1,-1,-1]})",
+                          R"("ann_0",1,0,{"frameRate":15,"width":320,"height":180,"unused":[-1,-1,-1,-1,-1,-1,-1]})"));
+}
+
+TEST_F(MeetingTest, ARefusedSubscriptionIsNotTriedAgain) {
+  ASSERT_NO_FATAL_FAILURE(JoinRoomOf(R"({"userId":"ann","subscribeState":5})"));
+  Expect("STREAM_ADDED");
+  Subscribe("ann_0");
+  EXPECT_THAT(Expect("STREAM_SUBSCRIBED"), StartsWith(R"([5, "ann_0", )"));
+  Subscribe("ann_0");
+  EXPECT_THAT(Call("GetSubscribeStatus"), HasSubstr(R"("subscribing":["ann_0"])"));
+  EXPECT_EQ(server_->Calls("Subscribe").size(), 1u);
+}
+
+TEST_F(MeetingTest, TellsOfFirstFramesAndOfStreamsThatFallSilent) {
+  ASSERT_NO_FATAL_FAILURE(JoinRoomOf(R"({"userId":"ann","silentAfterFrames":10},{"userId":"bob","streamIndex":1})"));
+  Expect("STREAM_ADDED");
+  Expect("STREAM_ADDED");
+  const auto first = [this](const std::string& sid, const std::string& status) {
+    Subscribe(sid);
+    EXPECT_THAT(Expect("FIRST_FRAME_RECEIVED"), StartsWith("[\"" + sid + "\", "));
+    const std::string receiving = status + ", 2]";
+    while (Expect("FRAME_STATUS_CHANGE") != receiving && !HasFailure()) {
+    }
+  };
+  first("bob_1", R"(["bob_1", "bob", 0)");
+  first("ann_0", R"(["ann_0", "ann", 1)");
+  // The state that the stream had until now.
+  EXPECT_EQ(Expect("FRAME_STATUS_CHANGE"), R"(["ann_0", "ann", 1, 2])");
+  EXPECT_THAT(Call("FetchStreamInfo", R"(["ann",1])"),
+              StartsWith(R"({"uid":"ann","sid":"ann_0","streamType":1,"frameStatus":1,"isSelf":false,)"));
+  EXPECT_THAT(Call("FetchStreamInfo", R"(["ann",0])"),
+              R"({"uid":"","sid":"","streamType":0,"frameStatus":0,"isSelf":false,"resolutions":[]})");
+}
+
+}  // namespace
+}  // namespace integration

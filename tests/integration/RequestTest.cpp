@@ -1,0 +1,91 @@
+// The server's own requests.
+#include "ServerTest.h"
+
+namespace integration {
+namespace {
+
+using ravo::client::Frame;
+using ravo::client::FrameReader;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::SizeIs;
+
+class RequestTest : public ServerTest {};
+
+TEST_F(RequestTest, UpdateServerOptionAppliesAnObject) {
+  StartServer();
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  EXPECT_EQ(Call("UpdateServerOption",
+                 R"({"rtcParams":"{\"p\":1}","enableNV12":true,"screenProfile":{"width":800,"height":600},)"
+                 R"("proxyConfigs":[{"proxyType":2,"proxyIp":"host","proxyPort":80}],"subscribeMaxNumber":3})"),
+            "null");
+  EXPECT_EQ(server_->Calls("ServerOptionSetRTCParams").back(), R"("{\"p\":1}")");
+  EXPECT_EQ(server_->Calls("ServerOptionSetEnableNv12"), std::vector<std::string>(2, "false"));
+  EXPECT_EQ(server_->Calls("ServerOptionSetScreenProfile").back(),
+            R"({"width":800,"height":600,"maxKbps":0,"frameRate":0,"scaleMode":0,"codecMode":0})");
+  EXPECT_THAT(server_->Calls("ServerOptionSetProxyConfig"), SizeIs(2));
+  EXPECT_THAT(Call("GetInitInfo"), AllOf(HasSubstr(R"("enableNV12":true)"), HasSubstr(R"("maxSubscribingNumber":10)")));
+}
+
+TEST_F(RequestTest, UpdateServerOptionAppliesNothingOfAnArray) {
+  StartServer();
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  const auto before = server_->Journal();
+  EXPECT_EQ(Call("UpdateServerOption", R"([{"rtcParams":"{\"p\":1}"}])"), "null");
+  EXPECT_EQ(server_->Journal(), before);
+  EXPECT_TRUE(server_->WaitForLog("parse obj error: "));
+}
+
+TEST_F(RequestTest, MonitorAddProcessTakesTheListAsContentAndAsArgument) {
+  StartServer();
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  EXPECT_EQ(Call("MonitorAddProcess", R"([{"pid":11,"pname":"one"},{"pid":12,"pname":"two","no_report":true}])"),
+            "null");
+  EXPECT_EQ(Call("MonitorAddProcess", R"([[{"pid":13,"pname":"three"}]])"), "null");
+  EXPECT_TRUE(server_->WaitForLog("[AddMonitorInfo] pid:12, pname:two"));
+  EXPECT_TRUE(server_->WaitForLog("[AddMonitorInfo] pid:13, pname:three"));
+  EXPECT_THAT(server_->LogLines("RavoManager::MonitorAddProcess size:2"), SizeIs(1));
+}
+
+TEST_F(RequestTest, SetFpsReplacesTheFrameTick) {
+  ASSERT_NO_FATAL_FAILURE(JoinRoomOf(R"({"userId":"ann"})"));
+  Subscribe("ann_0");
+  ReadFrame("ann_0");
+  // No timer takes the interval that 2000 gives: the tick has gone, and with it the leave to write another frame.
+  EXPECT_EQ(Call("SetFps", "[2000]"), "null");
+  Frame last;
+  while (tracker_->Read("ann_0", last, std::chrono::seconds(1)) == FrameReader::Outcome::Frame) {
+  }
+  EXPECT_EQ(Call("SetFps", "[-1]"), "null");
+  EXPECT_EQ(Call("SetFps", "[100]"), "null");
+  EXPECT_EQ(ReadFrame("ann_0").counter, last.counter + 1);
+  ReadFrame("ann_0");
+  EXPECT_THAT(server_->Calls("SetFps"), ElementsAre("2000", "-1", "100"));
+}
+
+TEST_F(RequestTest, ReportsARequestThatHeldUpTheOthers) {
+  StartServer();
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  const auto reports = [this] {
+    int count = 0;
+    Call("Connect");
+    while (const auto event = session_->WaitEvent("MERI_TRACK_LIST", std::chrono::milliseconds(0))) {
+      if (event->content.find("function_name") == std::string::npos) continue;
+      EXPECT_THAT(event->content, testing::StartsWith(R"([[{"key":"vc_meeting_pcsdk_server_cost_time","value":)"
+                                                      R"("[{\"function_name\":\"SetFps\",\"cost\":3)"));
+      ++count;
+    }
+    return count;
+  };
+  SetParams(R"("sim.delay":{"SetFps":350})");
+  Call("SetFps", "[30]");
+  EXPECT_EQ(reports(), 1);
+  SetParams(R"("sim.delay":{"SetFps":150})");
+  Call("SetFps", "[30]");
+  EXPECT_EQ(reports(), 0);
+}
+
+}  // namespace
+}  // namespace integration

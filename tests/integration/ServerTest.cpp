@@ -1,0 +1,114 @@
+#include "ServerTest.h"
+
+#include "common/JsonNode.h"
+#include "common/JsonWriter.h"
+
+namespace integration {
+
+using ravo::client::Event;
+using ravo::client::Frame;
+using ravo::client::FrameReader;
+using testing::IsEmpty;
+
+namespace {
+
+SlotUpdate ParseUpdate(const std::string& content) {
+  SlotUpdate update;
+  TESSARIN_COMMON::JsonNode arguments(content);
+  arguments[0].Get("", update.operation);
+  arguments[1].Get("", update.slots);
+  return update;
+}
+
+}  // namespace
+
+void ServerTest::StartServer(const std::string& params, const std::string& options) {
+  server_ = std::make_unique<ServerProcess>(params, options);
+}
+
+void ServerTest::Connect(Acks acks) {
+  ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
+  session_ = std::make_unique<ravo::client::Session>(server_->Pipe());
+  if (acks == Acks::ByTracker) tracker_ = std::make_unique<ravo::client::SlotTracker>(*session_);
+  ASSERT_TRUE(session_->Connect(std::chrono::seconds(30)));
+  Expect("connect");
+  Expect("INIT");
+}
+
+void ServerTest::JoinRoomOf(const std::string& participants, Acks acks) {
+  StartServer(R"("sim.room":{"participants":[)" + participants + "]}");
+  ASSERT_NO_FATAL_FAILURE(Connect(acks));
+  EXPECT_EQ(Call("JoinMeeting", R"(["token","room","me",""])"), "0");
+  Expect("JOIN_CHANNEL_SUCCESS");
+}
+
+std::string ServerTest::Call(const std::string& method, const std::string& arguments) {
+  const auto reply = session_->Call(method, arguments, kBound);
+  EXPECT_TRUE(reply.Ok()) << method << ' ' << reply.content << '\n' << server_->Host().Err();
+  return reply.content;
+}
+
+void ServerTest::SetParams(const std::string& params) {
+  EXPECT_EQ(Call("UpdateServerOption", R"({"rtcParams":)" + Quoted("{" + params + "}") + "}"), "null");
+}
+
+std::string ServerTest::Expect(const std::string& key) {
+  const auto event = session_->WaitEvent(key, kBound);
+  EXPECT_TRUE(event) << key << " has not come\n" << server_->Host().Err();
+  return event ? event->content : "";
+}
+
+std::vector<Event> ServerTest::EventsUpTo(const std::string& key) {
+  std::vector<Event> events;
+  while (auto event = session_->WaitEvent("", kBound)) {
+    events.push_back(*event);
+    if (event->key == key) return events;
+  }
+  ADD_FAILURE() << key << " has not come";
+  return events;
+}
+
+SlotUpdate ServerTest::NextUpdate(const std::string& sid) {
+  while (const auto event = session_->WaitEvent("SHARE_MEMORY_UPDATE", kBound)) {
+    SlotUpdate update = ParseUpdate(event->content);
+    if (!update.slots.empty() && update.slots[0].sid == sid) return update;
+  }
+  ADD_FAILURE() << "no announcement of " << sid;
+  return {-1, {{}}};
+}
+
+void ServerTest::Acknowledge(const SlotUpdate& update) {
+  Call("AckShareMemoryUpdate", "[1," + TESSARIN_COMMON::JsonText(update.slots) + "]");
+}
+
+bool ServerTest::HasCome(const std::string& key) {
+  Call("Connect");
+  return session_->WaitEvent(key, std::chrono::milliseconds(0)).has_value();
+}
+
+void ServerTest::Subscribe(const std::string& sid, int encoding) {
+  const std::string arguments = "[" + Quoted(sid) + "," + std::to_string(encoding) + R"(,0,{"subscribeClientId":"view"}])";
+  EXPECT_EQ(Call("SubscribeVideo", arguments), "null");
+}
+
+Frame ServerTest::ReadFrame(const std::string& sid) {
+  Frame frame;
+  EXPECT_EQ(tracker_->Read(sid, frame, kBound), FrameReader::Outcome::Frame) << sid;
+  return frame;
+}
+
+void ServerTest::End() {
+  tracker_.reset();
+  session_.reset();
+  if (server_ == nullptr) return;
+  EXPECT_EQ(server_->Host().Wait(), 0) << server_->Host().Err();
+  EXPECT_THAT(server_->Journal(R"({"violation")"), IsEmpty());
+  EXPECT_FALSE(ravo::client::Session(server_->Pipe()).Connect(std::chrono::seconds(0)));
+  server_.reset();
+}
+
+void ServerTest::TearDown() {
+  End();
+}
+
+}  // namespace integration

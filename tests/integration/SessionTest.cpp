@@ -1,0 +1,134 @@
+// What passes between a server and a client that behaves, to the letter where the letter counts.
+#include "RawLink.h"
+#include "ServerTest.h"
+
+namespace integration {
+namespace {
+
+using ravo::client::Reply;
+using testing::Each;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+class SessionTest : public ServerTest {
+ protected:
+  // A raw session instead of the client's.
+  void ConnectRaw(const std::string& params = "") {
+    StartServer(params);
+    ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
+    link_ = std::make_unique<RawLink>(server_->Pipe());
+    ASSERT_TRUE(link_->Connected());
+  }
+  std::string Receive() { return link_->Receive().value_or("nothing"); }
+  std::string Ask(const std::string& request) {
+    EXPECT_TRUE(link_->Send(RawLink::Framed(request)));
+    return Receive();
+  }
+  void TearDown() override {
+    if (link_) link_->Close();
+    End();
+  }
+
+  std::unique_ptr<RawLink> link_;
+};
+
+std::string EventText(const std::string& key, const std::string& content) {
+  return R"({"method_name":{"module_name":"","content_type":"JSON","message_type":"EVENT","message_key":")" + key +
+         R"(","context_id":"","taskId":0},"content":)" + Quoted(content) + "}";
+}
+
+TEST_F(SessionTest, BeginsWithConnectAndInit) {
+  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
+  EXPECT_EQ(Receive(), EventText("connect", R"(["vc"])"));
+  EXPECT_THAT(Receive(), HasSubstr(R"("message_type":"EVENT","message_key":"INIT","context_id":"","taskId":0},)"
+                                   R"("content":"[{\"serverState\":{\"myUid\":\"\",)"));
+}
+
+TEST_F(SessionTest, AnswersOnTheRequestsOwnEnvelope) {
+  const struct {
+    std::string request;
+    std::string reply;
+  } cases[] = {
+      {RawLink::Request("get_share_memory_info", "[]", 7, R"("module_name":"m","content_type":"c","context_id":"x",)"),
+       R"({"method_name":{"module_name":"m","content_type":"c","message_type":"CALL_RESPONSE",)"
+       R"("message_key":"GetShareMemoryInfo","context_id":"x","taskId":7},"content":"[]"})"},
+      {RawLink::Request("no_such_method", "[]", 8, R"("module_name":"m","context_id":"x","other":1,)"),
+       R"({"method_name":{"module_name":"m","content_type":"","message_type":"CALL_RESPONSE_ERROR",)"
+       R"("message_key":"NoSuchMethod","context_id":"x","taskId":8},"content":"handle not found nameNoSuchMethod"})"},
+      // Nothing is lowered.
+      {RawLink::Request("SET_FPS", "[]", -9),
+       R"({"method_name":{"module_name":"","content_type":"","message_type":"CALL_RESPONSE_ERROR",)"
+       R"("message_key":"SETFPS","context_id":"","taskId":-9},"content":"handle not found nameSETFPS"})"},
+      {R"({"content":"[]"})",
+       R"({"method_name":{"module_name":"","content_type":"","message_type":"CALL_RESPONSE_ERROR",)"
+       R"("message_key":"","context_id":"","taskId":0},"content":"handle not found name"})"},
+      // Whatever the message says it is, its key decides.
+      {R"({"method_name":{"message_type":"EVENT","message_key":"connect"},"content":"[]"})",
+       R"({"method_name":{"module_name":"","content_type":"","message_type":"CALL_RESPONSE",)"
+       R"("message_key":"Connect","context_id":"","taskId":0},"content":"null"})"},
+  };
+  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
+  Receive();
+  Receive();
+  for (const auto& exchange : cases) EXPECT_EQ(Ask(exchange.request), exchange.reply);
+}
+
+TEST_F(SessionTest, PassesAnEngineEventOnToTheLetter) {
+  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
+  Receive();
+  Receive();
+  const std::string params = R"({"sim.fire":[{"entry":"OnVolumeChange","args":[5,true,false]}]})";
+  Ask(RawLink::Request("update_server_option", R"({"rtcParams":)" + Quoted(params) + "}", 1));
+  EXPECT_EQ(Receive(), EventText("ON_VOLUME_CHANGE", "[5, true, false]"));
+}
+
+TEST_F(SessionTest, AnswersPipelinedRequestsInOrder) {
+  constexpr int kRequests = 32;
+  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
+  Receive();
+  Receive();
+  std::string all;
+  for (int i = 1; i <= kRequests; ++i) all += RawLink::Framed(RawLink::Request("get_subscribe_status", "[]", i));
+  ASSERT_TRUE(link_->Send(all));
+  for (int i = 1; i <= kRequests; ++i) {
+    EXPECT_THAT(Receive(), HasSubstr(R"("taskId":)" + std::to_string(i) + R"(},"content":"{\"maxSubscribingNumber\":10,)"));
+  }
+}
+
+TEST_F(SessionTest, PassesBodiesOfSeveralMegabytes) {
+  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
+  Receive();
+  Receive();
+  for (const std::size_t size : {70'000u, 5'000'000u}) {
+    std::string text(size, ' ');
+    for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char>('a' + i * i % 26);
+    const std::string reply = Ask(RawLink::Request("connect", "[]", 1, R"("context_id":")" + text + "\","));
+    EXPECT_EQ(reply.size(), size + 144);
+    EXPECT_NE(reply.find(R"("context_id":")" + text + R"(","taskId":1},"content":"null"})"), std::string::npos);
+  }
+}
+
+TEST_F(SessionTest, TellsTheSameInformationWheneverItIsAsked) {
+  StartServer("", R"("serverName":"Nero")");
+  ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1));
+  session_ = std::make_unique<ravo::client::Session>(server_->Pipe());
+  ASSERT_TRUE(session_->Connect(std::chrono::seconds(30)));
+  Expect("connect");
+  const std::string init = Expect("INIT");
+  EXPECT_EQ(init, "[" + Call("get_init_info") + "]");
+  EXPECT_EQ(init, "[" + Call("ForceBroadcastInit") + "]");
+  EXPECT_FALSE(HasCome("INIT"));
+  EXPECT_THAT(init, HasSubstr(R"("roomId":"","serverName":"Nero",)"));
+  EXPECT_THAT(Call("FetchServerState"), HasSubstr(R"("roomId":"","serverName":"",)"));
+}
+
+TEST_F(SessionTest, LetsNobodyElseInWhileAClientIsThere) {
+  StartServer();
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  ravo::client::Session second(server_->Pipe());
+  EXPECT_FALSE(second.Connect(std::chrono::seconds(0)));
+  EXPECT_EQ(Call("Connect"), "null");
+}
+
+}  // namespace
+}  // namespace integration
