@@ -98,16 +98,20 @@ void SlotTracker::Remove(const ShareMemoryInfo& info) {
   if (LetGo(info)) Acknowledge(info);
 }
 
-// True if the end is to be acknowledged now: nobody reads there, and it was not done before.
+// True if the end is to be acknowledged now: nobody reads there, and it was not done before. The end of a stream or of
+// its video names no path: it means whichever slot there is.
 bool SlotTracker::LetGo(const ShareMemoryInfo& info) {
   const std::lock_guard lock(mutex_);
   const auto found = slots_.find(info.sid);
-  if (found != slots_.end() && found->second->path == info.path) {
+  const bool known = found != slots_.end() && (info.path.empty() || found->second->path == info.path);
+  if (!known && info.path.empty()) return false;
+  const std::string path = known ? found->second->path : info.path;
+  if (known) {
     found->second->removed = found->second->reading;
     if (found->second->reading) return false;
     slots_.erase(found);
   }
-  return std::exchange(lastEnded_[info.sid], info.path) != info.path;
+  return std::exchange(lastEnded_[info.sid], path) != path;
 }
 
 void SlotTracker::Acknowledge(const ShareMemoryInfo& info) {

@@ -5,6 +5,7 @@
 #include <spdlog/sinks/stdout_sinks.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
@@ -22,6 +23,7 @@ using namespace std::chrono_literals;
 constexpr char kPattern[] = "%Y-%m-%d %H:%M:%S.%e %L [%t] [%n] %v";
 constexpr std::size_t kPartBytes = 32u << 20;  // a run's file is parted beyond
 constexpr std::size_t kOlderParts = 3;
+constexpr std::size_t kBufferBytes = 64u << 10;  // a busy server's lines of some milliseconds in one write
 constexpr std::size_t kEarlyBytes = 1u << 20;
 constexpr auto kFlushPause = 1s;
 
@@ -65,7 +67,13 @@ bool Logger::Create(const Settings& settings) {
 void Logger::OpenFile(const Settings& settings) {
   const std::filesystem::path folder(std::u8string(settings.folder.begin(), settings.folder.end()));
   const auto path = PrepareLogFile(folder, settings.stem, settings.keepRuns);
-  file_ = Formatted(std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.native(), kPartBytes, kOlderParts));
+  fileBuffer_ = std::make_unique<char[]>(kBufferBytes);  // the C library takes the size only with a buffer
+  spdlog::file_event_handlers events;
+  events.after_open = [buffer = fileBuffer_.get()](const spdlog::filename_t&, std::FILE* file) {
+    std::setvbuf(file, buffer, _IOFBF, kBufferBytes);
+  };
+  file_ = Formatted(
+      std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.native(), kPartBytes, kOlderParts, false, events));
 }
 
 void Logger::Write(const char* module, int level, const char* text) {

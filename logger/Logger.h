@@ -48,6 +48,7 @@ class Logger {
 
   std::mutex mutex_;  // guards all that follows
   const std::unique_ptr<spdlog::sinks::sink> console_;
+  std::unique_ptr<char[]> fileBuffer_;  // of the file that is open
   std::unique_ptr<spdlog::sinks::sink> file_;
   bool made_ = false;
   std::vector<spdlog::details::log_msg_buffer> early_;

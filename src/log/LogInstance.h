@@ -28,7 +28,7 @@ class LogInstance : public TESSARIN_COMMON::Singleton<LogInstance> {
   }
 
  private:
-  static constexpr std::size_t kInlineBytes = 1024;  // a usual line, a logged request included, needs no heap
+  static constexpr std::size_t kInlineBytes = 4096;  // a usual line, a logged request included, needs no heap
 };
 
 // A line of progress under the server's own module, as most lines are.

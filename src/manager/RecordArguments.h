@@ -20,19 +20,18 @@ void ReadOwnValue(TESSARIN_COMMON::JsonNode& node, T& out) {
 }
 
 // A client may send a record as the content itself or as the first argument. The content is tried first; if that
-// fails, the log gets a line, normal for calls with a second argument, and the first argument is read. What fails then
-// is caught by nobody.
+// fails, the log gets a line, normal for calls with a second argument, and the first argument is read, over what was
+// read up to the failure. What fails then is caught by nobody.
 template <class T>
 [[nodiscard]] T ReadRecordArgument(const IPCData& request) {
+  T record{};
   try {
-    T record{};
     TESSARIN_COMMON::JsonNode root(request.content);
     ReadOwnValue(root, record);
     return record;
   } catch (const std::exception& error) {
     TESSARIN_LOG::Log("parse obj error: {},{},{}", error.what(), request.message_key, request.taskId);
   }
-  T record{};
   const ContentView first = request.parsed.Child(0);
   TESSARIN_COMMON::JsonNode node(first.Value());
   ReadOwnValue(node, record);

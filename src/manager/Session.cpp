@@ -20,6 +20,7 @@ namespace {
 using TESSARIN_COMMON::Clock;
 using TESSARIN_COMMON::EventArguments;
 using TESSARIN_LOG::Log;
+using TESSARIN_LOG::LogAt;
 using TESSARIN_TASK::Location;
 
 constexpr Location kConnectedPlace{"RavoManager::OnConnected", "src/manager/RavoManager:562"};
@@ -58,8 +59,8 @@ void RavoManager::OnDataReceived(const char* data, std::uint32_t length) {
 }
 
 void RavoManager::OnErrorReport(std::int32_t code, const char* text) {
-  TESSARIN_LOG::LogAt("Ravo", TESSARIN_LOG::Level::Failure, "[RavoManager] OnErrorReport, err_code={}, err_msg={}.",
-                      code, text != nullptr ? text : "");
+  LogAt("Ravo", TESSARIN_LOG::Level::Failure, "[RavoManager] OnErrorReport, err_code={}, err_msg={}.", code,
+        text != nullptr ? text : "");
 }
 
 void RavoManager::handleIpcData(const std::string& body) {
@@ -71,11 +72,18 @@ void RavoManager::handleIpcData(const std::string& body) {
   }
   request.message_key = TESSARIN_COMMON::MessageKeyToMethodName(request.message_key);
   Log("handleIpcData recv msgType:{},taskId:{},content:{}", request.message_key, request.taskId, request.content);
-  // A content that is no JSON ends the process here, since nobody catches: the client has lost its way, and the pipe
-  // that closes tells it so. What a handler throws takes the same way.
-  request.parsed.Parse(request.content);
-  const std::int64_t beginNs = Clock::System().SteadyNs();
-  Dispatch(request);
+  std::int64_t beginNs = 0;
+  try {
+    request.parsed.Parse(request.content);
+    beginNs = Clock::System().SteadyNs();
+    Dispatch(request);
+  } catch (const std::exception& error) {
+    // A content that is no JSON, or what a handler throws, ends the process, since nobody catches it from here on: the
+    // client has lost its way, and the pipe that closes tells it so. The line also brings those before it to the file.
+    LogAt("Ravo", TESSARIN_LOG::Level::Failure, "[handleIpcData]: {} of {} cannot be handled, the process ends: {}",
+          request.taskId, request.message_key, error.what());
+    throw;
+  }
   const std::int64_t costNs = Clock::System().SteadyNs() - beginNs;
   if (costNs >= kSlowRequestNs) meetingMonitor->ReportFunctionCost(request.message_key, costNs / 1'000'000);
 }

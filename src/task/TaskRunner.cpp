@@ -1,10 +1,10 @@
 #include "TaskRunner.h"
 
-#include <condition_variable>
 #include <mutex>
 #include <semaphore>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "ThreadPlatform.h"
 #include "log/LogInstance.h"
@@ -53,7 +53,6 @@ struct TaskRunner::Task {
     return (std::string(location.function) + '@' + location.file).substr(0, kMaxLocation);
   }
 
-  Task* next = nullptr;
   std::uint64_t id = 0;
   Location location;
   std::int64_t postMs = 0;  // wall clock, as the two below; 0 until then
@@ -64,88 +63,53 @@ struct TaskRunner::Task {
   std::int32_t kind = 0;
 };
 
-// Tasks chained in the order of posting. A batch is taken by swapping the whole chain, so a burst of posts costs the
-// runner one lock. Records that have been run are used again: a post on a busy runner costs no allocation.
+// Tasks in the order of posting. A batch is taken by swapping the whole list with the one that the runner has emptied,
+// so a burst of posts costs the runner one lock, and a post on a busy runner no allocation. The runner sleeps on a flag
+// and not on a condition variable, whose waiter would come back through a contended mutex.
 class TaskRunner::Queue {
  public:
-  ~Queue() {
-    Delete(head_);
-    Delete(spare_);
-  }
-
-  void Append(const Location& location, std::int64_t postMs, Closure closure, std::binary_semaphore* done) {
+  void Append(Task task) {
+    bool wake = false;
     {
       const std::lock_guard lock(mutex_);
-      Task* const task = TakeSpare();
-      task->id = nextTaskId.fetch_add(1, std::memory_order_relaxed);
-      task->location = location;
-      task->postMs = postMs;
-      task->closure = std::move(closure);
-      task->done = done;
-      (tail_ != nullptr ? tail_->next : head_) = task;
-      tail_ = task;
+      tasks_.push_back(std::move(task));
+      wake = sleeping_.exchange(kAwake, std::memory_order_relaxed) == kAsleep;
     }
-    added_.notify_one();
+    if (wake) sleeping_.notify_one();
   }
 
-  // Waits once; a spurious or a stopping wake-up gives an empty batch.
-  [[nodiscard]] Task* Take(const Thread& thread) {
-    std::unique_lock lock(mutex_);
-    if (head_ == nullptr && !thread.StopRequested()) added_.wait(lock);
-    tail_ = nullptr;
-    return std::exchange(head_, nullptr);
-  }
-
-  // Takes back records that have been run, `last` being the end of their chain.
-  void GiveBack(Task* first, Task* last, std::size_t count) {
+  // Swaps what is queued with `batch`, which is empty. Waits once; a stopping wake-up leaves the batch empty.
+  void Take(std::vector<Task>& batch, const Thread& thread) {
     {
       const std::lock_guard lock(mutex_);
-      if (spareCount_ < kMaxSpare) {
-        last->next = std::exchange(spare_, first);
-        spareCount_ += count;
-        return;
-      }
+      tasks_.swap(batch);
+      if (!batch.empty() || thread.StopRequested()) return;
+      sleeping_.store(kAsleep, std::memory_order_relaxed);
     }
-    Delete(first);
+    sleeping_.wait(kAsleep);
   }
 
   // Drops what is queued, releasing the callers of blocking posts, and wakes the thread.
   void Stop() {
-    Task* dropped = nullptr;
+    std::vector<Task> dropped;
     {
       const std::lock_guard lock(mutex_);
-      dropped = std::exchange(head_, nullptr);
-      tail_ = nullptr;
+      dropped.swap(tasks_);
+      sleeping_.store(kAwake, std::memory_order_relaxed);
     }
-    for (Task* task = dropped; task != nullptr; task = task->next) {
-      if (task->done != nullptr) task->done->release();
+    for (const Task& task : dropped) {
+      if (task.done != nullptr) task.done->release();
     }
-    Delete(dropped);
-    added_.notify_all();
+    sleeping_.notify_all();
   }
 
  private:
-  static constexpr std::size_t kMaxSpare = 1024;
+  static constexpr int kAwake = 0;
+  static constexpr int kAsleep = 1;
 
-  // A record that is empty but for what Append writes.
-  Task* TakeSpare() {
-    if (spare_ == nullptr) return new Task;
-    --spareCount_;
-    Task* const task = std::exchange(spare_, spare_->next);
-    task->next = nullptr;
-    return task;
-  }
-
-  static void Delete(Task* chain) {
-    while (chain != nullptr) delete std::exchange(chain, chain->next);
-  }
-
-  std::mutex mutex_;  // guards all below
-  std::condition_variable added_;
-  Task* head_ = nullptr;
-  Task* tail_ = nullptr;
-  Task* spare_ = nullptr;
-  std::size_t spareCount_ = 0;
+  std::mutex mutex_;  // guards both; the flag is also waited for
+  std::vector<Task> tasks_;
+  std::atomic<int> sleeping_{kAwake};  // an int: the system can wait for nothing smaller
 };
 
 TaskRunner::TaskRunner(int type, std::unique_ptr<ThreadLocalSlot> slot, const TESSARIN_COMMON::Clock& clock)
@@ -185,13 +149,24 @@ void TaskRunner::StopRunner() {
   LogAt(kModule, Level::Progress, "TaskRunner stop runner, type: {}.", Name());
 }
 
+TaskRunner::Task TaskRunner::MakeTask(const Location& location, Closure closure) const {
+  Task task;
+  task.id = nextTaskId.fetch_add(1, std::memory_order_relaxed);
+  task.location = location;
+  task.postMs = clock_.WallMs();
+  task.closure = std::move(closure);
+  return task;
+}
+
 void TaskRunner::PostTask(const Location& location, Closure closure) {
-  queue_->Append(location, clock_.WallMs(), std::move(closure), nullptr);
+  queue_->Append(MakeTask(location, std::move(closure)));
 }
 
 bool TaskRunner::PostTaskAndWait(const Location& location, Closure closure) {
   std::binary_semaphore done{0};
-  queue_->Append(location, clock_.WallMs(), std::move(closure), &done);
+  Task task = MakeTask(location, std::move(closure));
+  task.done = &done;
+  queue_->Append(std::move(task));
   done.acquire();
   return true;
 }
@@ -212,27 +187,24 @@ void TaskRunner::Run(Thread* thread) {
   LogAt(kModule, Level::Progress, "TaskRunner Running, type:{}, thread name: {}", Name(), Name());
   const long runtime = InitialiseThreadRuntime();
   if (runtime != 0) LogAt(kModule, Level::Unexpected, "com initializeer execute failed. hr: {}", runtime);
-  while (!thread->StopRequested()) RunBatch(queue_->Take(*thread));
+  std::vector<Task> batch;
+  while (!thread->StopRequested()) {
+    queue_->Take(batch, *thread);
+    RunBatch(batch);
+  }
   if (runtime == 0) UninitialiseThreadRuntime();
 }
 
-void TaskRunner::RunBatch(Task* batch) {
-  constexpr std::size_t kGiveBackEvery = 64;
-  std::int64_t startMs = batch != nullptr ? clock_.WallMs() : 0;
-  while (batch != nullptr) {
-    Task* const first = batch;
-    Task* last = nullptr;
-    std::size_t count = 0;
-    for (; batch != nullptr && count < kGiveBackEvery; ++count) {
-      last = std::exchange(batch, batch->next);
-      startMs = RunTask(*last, startMs);  // within a batch one task starts when the one before it ends
-    }
-    last->next = nullptr;
-    queue_->GiveBack(first, last, count);
-  }
+// Leaves the batch empty, with its memory for the next one unless a burst has blown it up.
+void TaskRunner::RunBatch(std::vector<Task>& batch) {
+  constexpr std::size_t kKeptTasks = 16384;
+  std::int64_t startMs = batch.empty() ? 0 : clock_.WallMs();
+  for (Task& task : batch) startMs = RunTask(task, startMs);  // one starts when the one before it ends
+  if (batch.capacity() > kKeptTasks) batch = std::vector<Task>();
+  batch.clear();
 }
 
-// Runs and empties a record; returns the time of its end.
+// Runs a task and destroys its closure; returns the time of its end.
 std::int64_t TaskRunner::RunTask(Task& task, std::int64_t startMs) {
   const std::int32_t outerKind = currentKind_.exchange(task.kind);
   task.startMs = startMs;

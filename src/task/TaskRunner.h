@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "Thread.h"
 #include "common/Clock.h"
@@ -53,7 +54,8 @@ class TaskRunner : public Runnable {
   class Queue;
   struct Task;
 
-  void RunBatch(Task* batch);
+  [[nodiscard]] Task MakeTask(const Location& location, Closure closure) const;
+  void RunBatch(std::vector<Task>& batch);
   std::int64_t RunTask(Task& task, std::int64_t startMs);
   void CheckBudgets(const Task& task) const;
   [[nodiscard]] const char* Name() const;

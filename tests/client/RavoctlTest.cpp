@@ -1,8 +1,14 @@
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "../slots/SlotFixture.h"
 #include "ScriptedServer.h"
 #include "ctl/StreamReading.h"
 #include "support/Process.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -86,6 +92,39 @@ TEST(Ravoctl, StatusShowsTheStateReadably) {
   Process ctl(kProgram, {"--pipe", server.Name(), "status"});
   EXPECT_EQ(ctl.Wait(), 0) << ctl.Err();
   for (const char* part : {"blue", "s1 s2", "64x48@15", "bob"}) EXPECT_THAT(ctl.Out(), HasSubstr(part));
+}
+
+std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+TEST(Ravoctl, SnapshotAndRecordReadTheSlotOfAnotherProcess) {
+  slots_test::AddStream("ann", "s");
+  std::string path;
+  slots_test::VideoFrameSlots slots("test", [&](std::int64_t, const auto& records) { path = records.front().path; });
+  const slots_test::TestFrame frame(8, 4, 7);
+  slots.UpdateSlot("s", frame.meta, frame.planes);
+  ScriptedServer server([&](ScriptedServer& self, const Request& request) {
+    self.Answer(request, R"([{"sid":"s","path":")" + path + "\"}]");
+  });
+
+  const support::TempFolder folder;
+  Process snapshot(kProgram, {"--pipe", server.Name(), "snapshot", "s", folder.Text() + "/s.png"});
+  EXPECT_EQ(snapshot.Wait(), 0) << snapshot.Err();
+  const std::string png = ReadFile(folder.Path() / "s.png");
+  EXPECT_EQ(png.substr(1, 3), "PNG");
+  EXPECT_EQ(png.substr(16, 8), std::string("\0\0\0\x08\0\0\0\x04", 8));  // width and height
+
+  Process record(kProgram, {"--pipe", server.Name(), "record", "s", folder.Text() + "/s.y4m", "--frames", "1"});
+  EXPECT_EQ(record.Wait(), 0) << record.Err();
+  const std::string y4m = ReadFile(folder.Path() / "s.y4m");
+  EXPECT_THAT(y4m, testing::StartsWith("YUV4MPEG2 W8 H4 "));
+  EXPECT_THAT(y4m, testing::EndsWith(std::string(8 * 4 * 3 / 2, '\x07')));
+
+  Process unknown(kProgram, {"--pipe", server.Name(), "snapshot", "t", folder.Text() + "/t.png"});
+  EXPECT_EQ(unknown.Wait(), 1);
+  EXPECT_THAT(unknown.Err(), HasSubstr("those that have: s"));
 }
 
 TEST(FrameAge, CountsAcrossTheWrapOfTheStampAndKnowsOtherStamps) {

@@ -57,6 +57,12 @@ TEST_F(Host, SaysWhyItCannotStart) {
   }
 }
 
+TEST_F(Host, ShowsTheLineOfTheLibraryThatNamesTheBadOption) {
+  Process host(program_, {R"({"ipcPath": 5})"});
+  EXPECT_EQ(host.Wait(), 1);
+  EXPECT_THAT(host.Err(), HasSubstr("parse serveroption error: type unmatch[ipcPath]"));
+}
+
 TEST_F(Host, ShowsItsUsage) {
   Process help(program_, {"--help"});
   EXPECT_EQ(help.Wait(), 0);

@@ -113,7 +113,6 @@ TEST_F(FrameTest, FramesComeOutBitForBitAsTheyWentIn) {
   }
 }
 
-// Where the encoding asks for another size, the frames say so, and nothing is read past their end.
 TEST_F(FrameTest, FramesFollowAStreamThroughChangesOfSize) {
   ASSERT_NO_FATAL_FAILURE(JoinRoomOf(
       R"({"userId":"ann","encodings":[{"width":64,"height":48}],"changes":[{"afterFrames":10,"width":320,"height":180},)"
@@ -127,8 +126,8 @@ TEST_F(FrameTest, FramesFollowAStreamThroughChangesOfSize) {
     const std::array shape{frame.width, frame.height, frame.strides[0]};
     if (shapes.empty() || shapes.back() != shape) shapes.push_back(shape);
   }
-  EXPECT_EQ(shapes, (std::vector<std::array<std::uint32_t, 3>>{
-                        {64, 48, 64}, {320, 180, 320}, {33, 17, 33}, {33, 17, 97}}));
+  EXPECT_EQ(shapes,
+            (std::vector<std::array<std::uint32_t, 3>>{{64, 48, 64}, {320, 180, 320}, {33, 17, 33}, {33, 17, 97}}));
 }
 
 }  // namespace

@@ -2,9 +2,11 @@
 #include <cstdio>
 
 #include "ipc/NamedPipeClient.h"
+#include "support/LogCapture.h"
 
 int main(int argc, char** argv) {
   if (argc != 2) return 2;
+  const support::LogCapture log;
   TESSARIN_COMMON::NamedPipeClient link(argv[1]);
   if (!link.Connect(30)) return 1;
   constexpr char kHalf[] = {100, 0, 0, 0, '{', '"'};

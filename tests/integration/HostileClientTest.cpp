@@ -65,23 +65,22 @@ std::size_t BytesTakenOn(const ServerProcess& server) {
 }
 
 TEST_F(HostileClientTest, AClientThatDoesNotReadIsServedWithinABound) {
-  constexpr std::size_t kMegabyte = 1 << 20;
-  constexpr std::size_t kKept = 64 * kMegabyte;  // by the transport
-  constexpr int kEvents = 80;
-  const std::string fire = R"({"sim.fire":[{"entry":"OnVemoraException","threads":4,"times":20,"args":[")" +
-                           std::string(kMegabyte, 'x') + R"("]}]})";
+  constexpr std::size_t kKept = 64 << 20;  // by the transport
+  constexpr std::size_t kEventBytes = 64 << 10;
+  constexpr std::size_t kEvents = kKept / kEventBytes + 256;
+  const std::string fire = R"({"sim.fire":[{"entry":"OnVemoraException","threads":4,"times":)" +
+                           std::to_string(kEvents / 4) + R"(,"args":[")" + std::string(kEventBytes, 'x') + R"("]}]})";
   RawLink link(server_->Pipe());
   ASSERT_TRUE(link.Connected());
-  EXPECT_TRUE(link.Send(RawLink::Framed(
-      RawLink::Request("update_server_option", R"({"rtcParams":)" + Quoted(fire) + "}", 1))));
-  // The request is larger than the link holds at once: a look at what comes makes the rest of it go out.
-  EXPECT_TRUE(link.Receive());
-  EXPECT_TRUE(server_->WaitForLog("ON_VEMORA_EXCEPTION", kEvents));
+  EXPECT_TRUE(
+      link.Send(RawLink::Framed(RawLink::Request("update_server_option", R"({"rtcParams":)" + Quoted(fire) + "}", 1))));
+  EXPECT_TRUE(server_->WaitForLog("pipe send refused, length:65"));
 
   EXPECT_TRUE(link.Send(RawLink::Framed(RawLink::Request("set_fps", "[20]", 2))));
   EXPECT_TRUE(server_->WaitForCalls("SetFps", 1)) << "it does not serve any more";
-  EXPECT_TRUE(server_->WaitForLog("SendDataToIpc bRet:false"));
-  EXPECT_LT(BytesTakenOn(*server_), kKept + 4 * kMegabyte);
+  const std::size_t bytes = BytesTakenOn(*server_);
+  EXPECT_GT(bytes, kKept / 2);
+  EXPECT_LT(bytes, kKept + (4 << 20));
   link.Close();
 }
 

@@ -39,9 +39,8 @@ TEST_F(LifeTest, AnInterruptEndsTheServerWithTwoFarewells) {
 
 // Stops while frames come, requests are on their way and callbacks come from many threads.
 TEST_F(LifeTest, EndsWellUnderLoadTimeAndAgain) {
-  constexpr char kRoom[] =
-      R"({"userId":"ann","encodings":[{"width":320,"height":180,"frameRate":200}]},)"
-      R"({"userId":"bob","streamIndex":1,"encodings":[{"frameRate":100}]})";
+  constexpr char kRoom[] = R"({"userId":"ann","encodings":[{"width":320,"height":180,"frameRate":200}]},)"
+                           R"({"userId":"bob","streamIndex":1,"encodings":[{"frameRate":100}]})";
   for (int round = 0; round < LIFE_ROUNDS && !HasFailure(); ++round) {
     SCOPED_TRACE("round " + std::to_string(round));
     ASSERT_NO_FATAL_FAILURE(JoinRoomOf(kRoom));

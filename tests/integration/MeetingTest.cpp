@@ -10,13 +10,15 @@ using testing::IsEmpty;
 using testing::StartsWith;
 
 constexpr char kJoin[] = R"(["token","room","me","extra"])";
-constexpr char kAnn[] = R"({"userId":"ann","encodings":[{"width":320,"height":180,"frameRate":15},{"width":640,"height":360}]})";
+constexpr char kAnn[] =
+    R"({"userId":"ann","encodings":[{"width":320,"height":180,"frameRate":15},{"width":640,"height":360}]})";
 
 class MeetingTest : public ServerTest {
  protected:
   // Makes the engine tell that a room was joined (1) or joined again (2).
   void FireRoomState(int kind) {
-    SetParams(R"("sim.fire":[{"entry":"OnRoomStateChanged","args":["room","me",0,0,)" + std::to_string(kind) + ",77]}]");
+    SetParams(R"("sim.fire":[{"entry":"OnRoomStateChanged","args":["room","me",0,0,)" + std::to_string(kind) +
+              ",77]}]");
   }
 };
 

@@ -11,6 +11,7 @@
 #include "ServerProcess.h"
 #include "client/Session.h"
 #include "client/SlotTracker.h"
+#include "support/LogCapture.h"
 
 namespace integration {
 
@@ -56,6 +57,7 @@ class ServerTest : public testing::Test {
   void End();
   void TearDown() override;
 
+  const support::LogCapture log_;  // takes the lines of the client's side
   std::unique_ptr<ServerProcess> server_;
   std::unique_ptr<ravo::client::Session> session_;
   std::unique_ptr<ravo::client::SlotTracker> tracker_;

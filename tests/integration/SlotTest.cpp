@@ -1,12 +1,10 @@
 // The life of frame slots: announced, turned, taken back, and not there where nothing is to be shown.
 #include "ServerTest.h"
+#include "common/JsonWriter.h"
 
 namespace integration {
 namespace {
 
-using testing::AnyOf;
-using testing::Each;
-using testing::Field;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -45,7 +43,7 @@ TEST_F(SlotTest, AChangeOfSizeWaitsForTheClientToLetGo) {
   EXPECT_EQ(removed.slots[0].width, 80u);
   EXPECT_EQ(Call("GetShareMemoryInfo"), "[]");
 
-  Acknowledge({0, removed.slots});  // an operation that lets nothing go would be 0; this is 1, as it has to be
+  Acknowledge(removed);
   const SlotUpdate again = NextUpdate("ann_0");
   EXPECT_NE(again.slots[0].path, added.slots[0].path);
 }
@@ -58,7 +56,7 @@ TEST_F(SlotTest, ATurnedPictureStaysWhereItIs) {
   EXPECT_EQ(turned.slots[0].rotation, 90u);
   while (ReadFrame("ann_0").rotation != 90 && !HasFailure()) {
   }
-  EXPECT_EQ(Call("GetShareMemoryInfo"), "[]");  // wanted, see the server's side
+  EXPECT_EQ(Call("GetShareMemoryInfo"), "[]");  // wanted: the client has the slot already
 }
 
 TEST_F(SlotTest, AStreamsSlotEndsBeforeTheStreamDoes) {
@@ -119,18 +117,16 @@ TEST_F(SlotTest, ShowsTheOwnVideoWhileItIsOn) {
   ASSERT_NO_FATAL_FAILURE(JoinRoomOf(""));
   EXPECT_EQ(Call("EnableLocalVideo", "[true]"), "0");
   EXPECT_THAT(Expect("STREAM_ADDED"), testing::StartsWith(R"(["me", "me_0", false, )"));
-  const SlotUpdate added = NextUpdate("me_0");
-  EXPECT_EQ(added.operation, 0);
   ReadFrame("me_0");
   EXPECT_EQ(Call("SubscribeVideo", R"(["me_0",0,0])"), "null");
   EXPECT_THAT(server_->Calls("Subscribe"), IsEmpty());  // nobody subscribes to himself
 
   EXPECT_EQ(Call("EnableLocalVideo", "[false]"), "0");
-  EXPECT_EQ(NextUpdate("me_0").operation, 1);
-  Expect("STREAM_REMOVED");
+  const auto events = EventsUpTo("STREAM_REMOVED");
+  EXPECT_THAT(events[events.size() - 2].content, testing::StartsWith(R"([1, [{"sid":"me_0","uid":"me",)"));
   EXPECT_TRUE(WaitUntil([this] { return tracker_->Slots().empty(); }));
   EXPECT_EQ(Call("EnableLocalVideo", "[true]"), "0");
-  EXPECT_NE(ReadFrame("me_0").data.size(), 0u);
+  ReadFrame("me_0");
 }
 
 }  // namespace
