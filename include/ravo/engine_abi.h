@@ -18,7 +18,8 @@
  * entries whose names begin with Free.
  *
  * Order: the options, VemoraInit, all registrations, VemoraInitRtc, VemoraInitDevice, one SetRtcRuntimeParameter, then
- * whatever the client asks for, and DestroyServer at the end, after which nothing is called any more. */
+ * whatever the client asks for, and DestroyServer at the end. A client may ask for DestroyServer earlier: an engine
+ * survives calls that come after it, a second DestroyServer among them. */
 #ifndef RAVO_ENGINE_ABI_H
 #define RAVO_ENGINE_ABI_H
 
@@ -195,6 +196,7 @@ RAVO_ENGINE_API void RAVO_CALL UpdateLoginToken(const char* token);
 RAVO_ENGINE_API void RAVO_CALL SetRtcRuntimeParameter(const char* reserved, const char* params);
 RAVO_ENGINE_API void RAVO_CALL SetLocalScreenFrameCallback(bool enable); /* a switch, no registration */
 RAVO_ENGINE_API void RAVO_CALL SetLowLightAdjusted(int64_t value);
+/* Not called today. */
 RAVO_ENGINE_API int64_t RAVO_CALL GetPidFromWindowNumber(int64_t windowNumber);
 /* Called with 1, 0, 0, 0 before a share starts. */
 RAVO_ENGINE_API void RAVO_CALL SetVideoSourceType(int64_t type, int64_t value1, int64_t value2, int64_t value3);

@@ -42,9 +42,10 @@ extern "C" {
 
 std::int32_t RAVO_CALL init_ravo(const char* options, RavoUninitCallback uninitCallback) {
   if (options == nullptr) return -1;
-  const std::string text = options;
+  std::string text;
   ServerOption option;
   try {
+    text = options;
     option = TESSARIN_COMMON::ParseServerOption(text);
   } catch (const std::exception& error) {
     Log("parse serveroption error: {}", error.what());
@@ -68,7 +69,9 @@ std::int32_t RAVO_CALL uninit_ravo(void) {
   return 0;
 }
 
-bool RAVO_CALL ping_ravo(void) { return true; }
+bool RAVO_CALL ping_ravo(void) {
+  return true;
+}
 
 void RAVO_CALL testCallapi(const char* request, std::uint32_t length) {
   static_cast<TESSARIN_COMMON::IIPCDelegate&>(RavoManager::GetInstance()).OnDataReceived(request, length);

@@ -76,27 +76,26 @@ bool JsonNode::GetScalar(std::string_view key, T& out, unsigned options, const c
 }
 
 JsonNode* JsonNode::Find(std::string_view key) {
-  if (value_->IsNull()) return nullptr;
-  if (!value_->IsObject()) Fail("not object", key);
+  if (value_ != nullptr && !value_->IsObject()) Fail("not object", key);
   const rapidjson::Value* found = Member(key);
   return found != nullptr ? AddChild(key, -1, found) : nullptr;
 }
 
 JsonNode& JsonNode::operator[](std::size_t index) {
-  if (!value_->IsArray()) Fail("not array", "");
+  if (value_ == nullptr || !value_->IsArray()) Fail("not array", "");
   if (index >= Size()) Fail("Out of index", "");
   return *AddChild("", static_cast<int>(index), &(*value_)[static_cast<rapidjson::SizeType>(index)]);
 }
 
 std::size_t JsonNode::Size() const {
-  return value_->IsArray() ? value_->Size() : 0;
+  return value_ != nullptr && value_->IsArray() ? value_->Size() : 0;
 }
 
 // Null for an absent value and for a JSON null, which are not told apart.
 const rapidjson::Value* JsonNode::Lookup(std::string_view key, unsigned options) const {
   const rapidjson::Value* found = nullptr;
   try {
-    found = key.empty() || value_->IsNull() ? value_ : Member(key);  // a null node has no members
+    found = key.empty() ? value_ : Member(key);
   } catch (const std::runtime_error& error) {
     Fail(error.what(), key);  // a member looked up in what is no object: "IsObject()"
   }
@@ -106,6 +105,7 @@ const rapidjson::Value* JsonNode::Lookup(std::string_view key, unsigned options)
 }
 
 const rapidjson::Value* JsonNode::Member(std::string_view key) const {
+  if (value_ == nullptr) return nullptr;
   const auto name = rapidjson::StringRef(key.data(), static_cast<rapidjson::SizeType>(key.size()));
   const auto member = value_->FindMember(rapidjson::Value(name));
   return member == value_->MemberEnd() || member->value.IsNull() ? nullptr : &member->value;

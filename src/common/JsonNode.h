@@ -22,14 +22,14 @@ class JsonNode {
 
   // Parses. A failure reads "Parse json string fail. err=<message>. offset=<up to 32 characters from the place on>".
   explicit JsonNode(std::string_view text);
-  // Stands on a value that somebody else owns and keeps.
-  explicit JsonNode(const rapidjson::Value& root) : value_(&root) {}
+  // Stands on a value that somebody else owns and keeps. Null makes a null node, in which every key is absent.
+  explicit JsonNode(const rapidjson::Value* root) : value_(root) {}
   JsonNode(const JsonNode&) = delete;
   JsonNode& operator=(const JsonNode&) = delete;
 
   // Reads the member `key`, or the node's own value if key is empty. True if a value was read. An absent key, one
-  // whose value is null, and any key of a node that is null itself, returns false and leaves `out` alone, or fails with
-  // "mandatory key not found".
+  // whose value is null, and any key of a null node, returns false and leaves `out` alone, or fails with "mandatory key
+  // not found".
   bool Get(std::string_view key, std::string& out, unsigned options = kNone) const;
   bool Get(std::string_view key, bool& out, unsigned options = kNone) const;  // accepts an integer, 0 being false
   bool Get(std::string_view key, std::int32_t& out, unsigned options = kNone) const;

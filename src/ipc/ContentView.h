@@ -48,8 +48,10 @@ class ContentView {
   [[nodiscard]] bool HasValue() const { return value_ != nullptr; }
   // This view's own value as text. Fails with "IsString()" if it is none, so also without a value.
   [[nodiscard]] std::string AsString() const;
-  // For reading a record: JsonNode(view.Child(1).Value()). A JSON null without a value.
+  // A JSON null without a value.
   [[nodiscard]] const rapidjson::Value& Value() const;
+  // For reading a record: JsonNode(view.Child(1).ValueOrNull()).
+  [[nodiscard]] const rapidjson::Value* ValueOrNull() const { return value_; }
 
  private:
   struct Pool;

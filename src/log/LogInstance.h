@@ -42,9 +42,4 @@ void LogAt(const char* module, Level level, fmt::format_string<Args...> format, 
   LogInstance::GetInstance().Write(module, level, format, std::forward<Args>(args)...);
 }
 
-// Lines spell booleans as words.
-inline const char* Word(bool value) {
-  return value ? "true" : "false";
-}
-
 }  // namespace TESSARIN_LOG

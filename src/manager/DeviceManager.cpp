@@ -4,15 +4,12 @@
 #include <string>
 
 #include "Events.h"
+#include "LentList.h"
 #include "records/DeviceRecords.h"
 
 namespace TESSARIN_LUMARC {
 
 namespace {
-
-const EngineApi& Api() {
-  return EngineApi::GetInstance();
-}
 
 // The types that the server information lists: microphones, speakers, cameras. The numbers are the engine's.
 constexpr std::int32_t kGroupedTypes[] = {0, 1, 2};
@@ -91,23 +88,6 @@ constexpr auto kForwarded = Rows(
     Forward<&EngineApi::StopControlCamera, Reply::Int>("StopControlCamera"),
     Forward<&EngineApi::GetAudioPluginDeviceId, Reply::String>("GetAudioPluginDeviceId"));
 
-// A list of the engine's own, given back when it goes out of scope.
-class EngineDevices {
- public:
-  explicit EngineDevices(std::int64_t deviceType) { Api().GetDevices(deviceType, &list_); }
-  ~EngineDevices() { Api().FreeDeviceInfoList(list_.devices, list_.count); }
-  EngineDevices(const EngineDevices&) = delete;
-  EngineDevices& operator=(const EngineDevices&) = delete;
-
-  [[nodiscard]] std::vector<DeviceInfo> Copy() const {
-    return list_.count > 0 ? std::vector<DeviceInfo>(list_.devices, list_.devices + list_.count)
-                           : std::vector<DeviceInfo>();
-  }
-
- private:
-  DeviceList list_{};
-};
-
 std::string CurrentDeviceId(std::int64_t deviceType) {
   constexpr std::size_t kIdBytes = 1024;
   std::array<char, kIdBytes + 1> buffer{};  // one more than the engine's share, so that a NUL always stands behind it
@@ -115,10 +95,11 @@ std::string CurrentDeviceId(std::int64_t deviceType) {
   return buffer.data();
 }
 
-// The engine's list goes back after the reply has left.
 void GetDevices(IPCData& request) {
-  const EngineDevices devices(request.parsed.Integer(0));
-  ReplyValue(request, devices.Copy());
+  DeviceList list{};
+  Api().GetDevices(request.parsed.Integer(0), &list);
+  const LentList lent(list.devices, list.count, Api().FreeDeviceInfoList);
+  ReplyValue(request, lent.Copy<DeviceInfo>());
 }
 
 // The device, or null if there is none.
@@ -152,9 +133,6 @@ void StopPlayAudio(IPCData& request) {
   ReplyValue(request, 0);
 }
 
-// Known and never answered: the tests that clients use live in the meeting's requests.
-void NeverAnswered(IPCData& /*request*/) {}
-
 constexpr auto kOwn =
     Rows(RequestRow{"GetDevices", GetDevices},
          RequestRow{"GetDefaultDeviceInfo", AnswerDevice<&EngineApi::GetDefaultDeviceInfo>},
@@ -177,7 +155,10 @@ void DeviceManager::Register() {
 std::vector<DeviceGroup> DeviceManager::Groups() const {
   std::vector<DeviceGroup> groups;
   for (const std::int32_t type : kGroupedTypes) {
-    groups.push_back({CurrentDeviceId(type), type, EngineDevices(type).Copy()});
+    DeviceList list{};
+    Api().GetDevices(type, &list);
+    const LentList lent(list.devices, list.count, Api().FreeDeviceInfoList);
+    groups.push_back({CurrentDeviceId(type), type, lent.Copy<DeviceInfo>()});
   }
   return groups;
 }

@@ -17,7 +17,10 @@ namespace {
 
 using TESSARIN_COMMON::ServerOption;
 using TESSARIN_LOG::Log;
-using TESSARIN_LOG::Word;
+
+const char* Word(bool value) {
+  return value ? "true" : "false";
+}
 
 constexpr std::size_t kParamBytes = 1024;  // a longer composed text is cut
 
@@ -99,7 +102,7 @@ void SetDevicesAndResources(const EngineApi& api, const ServerOption& option) {
 void SetDeviceLists(const EngineApi& api, const ServerOption& option) {
   const auto black = Pointers(option.deviceNameBlackList);
   api.ServerOptionSetDeviceNameBlackList(black.data(), Count(black));
-  // Again the first list: `memDeviceNameBlackList` is read and stays here. Wanted; the engine counts on one list.
+  // Again the first list: `memDeviceNameBlackList` is read and goes no further. Wanted.
   api.ServerOptionSetMemDeviceNameBlackList(black.data(), Count(black));
   const auto ignored = Pointers(option.ignoreDefaultDeviceIds);
   api.ServerOptionSetIgnoreDefaultDeviceIds(ignored.data(), Count(ignored));
@@ -164,7 +167,7 @@ void SetProxyConfigs(const std::vector<TESSARIN_COMMON::ProxyConfig>& proxies) {
   std::vector<EngineProxyConfig> rows;
   for (const auto& proxy : proxies) {
     rows.push_back(
-        {proxy.proxyType, proxy.proxyIp.c_str(), proxy.proxyPort, proxy.user.c_str(), proxy.password.c_str()});
+        {proxy.proxyType, proxy.proxyIp.c_str(), proxy.proxyPort, proxy.unused1.c_str(), proxy.unused2.c_str()});
   }
   EngineApi::GetInstance().ServerOptionSetProxyConfig(rows.data(), Count(rows));
 }

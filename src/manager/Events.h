@@ -31,7 +31,7 @@ namespace detail {
 
 template <class T>
 inline constexpr bool kIsRecordPointer =
-    std::is_pointer_v<T>&& TESSARIN_COMMON::Record<std::remove_cv_t<std::remove_pointer_t<T>>>;
+    (std::is_pointer_v<T>)&&(TESSARIN_COMMON::Record<std::remove_cv_t<std::remove_pointer_t<T>>>);
 
 template <std::size_t I, class Tuple, bool = (I < std::tuple_size_v<Tuple>)>
 struct ElementAt {
@@ -121,7 +121,7 @@ constexpr EventRow Plain(const char* registration) {
 // A callback with a function of its own.
 template <auto Entry, auto Function>
 constexpr EventRow Own(const char* registration, const char* event) {
-  return {registration, event, [](const EngineApi& api) { (api.*Entry)(Function); }};
+  return {registration, event, [](const EngineApi& api) { (api.*Entry).template Register<Function>(); }};
 }
 
 template <std::size_t N>

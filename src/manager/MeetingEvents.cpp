@@ -20,7 +20,7 @@ using TESSARIN_LOG::Log;
 constexpr TESSARIN_TASK::Location kJoinPlace{"MeetingManager::JoinChannelSuccess", "src/manager/MeetingManager"};
 
 void MyUidChange(const char* uid) {
-  Log("MyUidChange arg:{}", uid != nullptr ? uid : "");
+  Log("MyUidChange arg:{}", uid);
   SendArguments("MyUidChange", uid);
 }
 
@@ -50,7 +50,7 @@ void ReceivedUserBinaryMessage(const char* uid, const std::uint8_t* /*message*/,
   SendArguments("UserBinaryMessageReceived", uid, sizeBytes);
 }
 
-void ReceivedUserMessage(const char* /*uid*/, const char* /*message*/) {}  // clients have another way for these
+void ReceivedUserMessage(const char* /*uid*/, const char* /*message*/) {}  // wanted: it gives no event
 
 // Only the main stream counts; screens are the scheduler's.
 void SendPublishing(const RemoteStreamKey& key, std::int64_t media, std::int64_t gone) {

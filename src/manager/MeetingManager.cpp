@@ -45,7 +45,7 @@ void ReadAutoSubscribeCount(const ContentView& content) {
   constexpr std::size_t kPlace = 5;
   if (content.Size() <= kPlace) return;
   const ContentView last = content.Child(kPlace);
-  TESSARIN_COMMON::JsonNode node(last.Value());
+  TESSARIN_COMMON::JsonNode node(last.ValueOrNull());
   std::int64_t autoSubscribeVideoCount = 0;
   node.Get("autoSubscribeVideoCount", autoSubscribeVideoCount);
 }
@@ -76,9 +76,11 @@ void MeetingManager::Register() {
 }
 
 ServerState MeetingManager::State() const {
-  const std::lock_guard lock(uidMutex_);
   ServerState state;
-  state.myUid = myUid_;
+  {
+    const std::lock_guard lock(uidMutex_);
+    state.myUid = myUid_;
+  }
   state.isJoinMeeting = isJoinMeeting_;
   state.roomId = roomId_;
   state.isEnableLocalVideo = isEnableLocalVideo_;

@@ -7,10 +7,6 @@ namespace TESSARIN_LUMARC {
 
 namespace {
 
-const EngineApi& Api() {
-  return EngineApi::GetInstance();
-}
-
 void SetDefaultVideoOutputMode(IPCData& request) {
   const bool first = request.parsed.Boolean(0);
   const bool second = request.parsed.Boolean(1);
@@ -52,8 +48,6 @@ void AnswerTrue(IPCData& request) {
   (Api().*Entry)();
   ReplyValue(request, true);
 }
-
-void NeverAnswered(IPCData& /*request*/) {}
 
 constexpr auto kRows = Rows(
     // ---- Forwarded ----
@@ -103,12 +97,14 @@ constexpr auto kRows = Rows(
     RequestRow{"IsWindowFullScreen", [](IPCData& request) { ReplyValue(request, false); }},
     RequestRow{"SetEnableKaMedia", [](IPCData& request) { ReplyValue(request, 0); }},
     RequestRow{"ShallowCopyRtcMemory", NeverAnswered},
-    // ---- With a thought of their own ----
+    // ---- With a handler of their own ----
     RequestRow{"SetDefaultVideoOutputMode", SetDefaultVideoOutputMode}, RequestRow{"SetSubChannels", SetSubChannels},
     RequestRow{"SetVideoOutputMode", SetVideoOutputMode}, RequestRow{"SetPlaybackDigitalMute", SetPlaybackDigitalMute},
     RequestRow{"GetDevicePerformanceInfos", GetDevicePerformanceInfos},
     RequestRow{"StartAudioLocalRecord", AnswerTrue<&EngineApi::StartAudioCapture>},
     RequestRow{"StopAudioLocalRecord", AnswerTrue<&EngineApi::StopAudioCapture>});
+
+static_assert(kRows.size() + 5 == 61);  // and those of MeetingManager itself
 
 }  // namespace
 

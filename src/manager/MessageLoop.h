@@ -9,7 +9,7 @@ namespace TESSARIN_LUMARC {
 // windows that the thread may own.
 class MessageLoop {
  public:
-  // Called on the host's thread, before any thread that may call Quit.
+  // Called on the host's thread before Run.
   void Attach();
   // Returns after Quit, where the platform lets a thread return beside the one that ends the process.
   void Run();
@@ -19,7 +19,7 @@ class MessageLoop {
  private:
   // The condition of the loop. The message, or the wake-up, that Quit sends makes the loop look at it again.
   std::atomic<bool> serverRunning_{true};
-  std::atomic<std::uint32_t> mainThreadId_{0};
+  std::atomic<std::uint32_t> mainThreadId_{0};  // for the message; elsewhere for debuggers
 };
 
 // Tells the system that the process draws in real pixels. Nothing where the system has no such notion.

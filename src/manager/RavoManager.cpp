@@ -42,7 +42,7 @@ void RavoManager::CallUninitCallback() {
   callback();
 }
 
-// The budgets are set for the sake of their callers; the runner keeps its own.
+// The runner fixes both budgets at these values, whatever it is given.
 RavoManager::RavoManager()
     : timerRunner(std::make_unique<TESSARIN_TASK::TimerTaskRunner>()),
       taskRunner(std::make_unique<TaskRunner>(TaskRunner::kMain)) {
@@ -144,7 +144,8 @@ void RavoManager::StopTask() {
   }
   m_bStopServer = true;
   Log("RavoManager::DestroyServer1");
-  EngineApi::GetInstance().DestroyServer();
+  const auto& api = EngineApi::GetInstance();
+  if (api.DestroyServer) api.DestroyServer();  // a host may stop before it has started
   Log("RavoManager::DestroyServer2");
   CallUninitCallback();
   messageLoop.Quit();

@@ -21,7 +21,7 @@ void ReadOwnValue(TESSARIN_COMMON::JsonNode& node, T& out) {
 
 // A client may send a record as the content itself or as the first argument. The content is tried first; if that
 // fails, the log gets a line, normal for calls with a second argument, and the first argument is read, over what was
-// read up to the failure. What fails then is caught by nobody.
+// read up to the failure, which an update of the options then applies. What fails then is caught by nobody.
 template <class T>
 [[nodiscard]] T ReadRecordArgument(const IPCData& request) {
   T record{};
@@ -33,7 +33,7 @@ template <class T>
     TESSARIN_LOG::Log("parse obj error: {},{},{}", error.what(), request.message_key, request.taskId);
   }
   const ContentView first = request.parsed.Child(0);
-  TESSARIN_COMMON::JsonNode node(first.Value());
+  TESSARIN_COMMON::JsonNode node(first.ValueOrNull());
   ReadOwnValue(node, record);
   return record;
 }

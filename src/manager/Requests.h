@@ -99,6 +99,10 @@ struct EntryTypes<EngineEntry<R(A...)> Table::*> {
   }
 };
 
+inline const EngineApi& Api() {
+  return EngineApi::GetInstance();
+}
+
 // One row: what the map holds, and the function behind it.
 struct RequestRow {
   const char* method;
@@ -120,6 +124,9 @@ void ForwardRequest(IPCData& request) {
     ReplyValue(request, Types::template Call<Entry>(request.parsed));
   }
 }
+
+// For methods that are known and never answered; their callers do not wait.
+inline void NeverAnswered(IPCData& /*request*/) {}
 
 // A request that only forwards.
 template <auto Entry, Reply Kind>
@@ -146,6 +153,7 @@ class RequestManager {
   RequestManager() = default;
   ~RequestManager() = default;
 
+  // A name that is there already keeps its first handler.
   void Add(std::string method, Handler handler) { handlers_.emplace(std::move(method), std::move(handler)); }
   void Add(std::span<const RequestRow> rows) {
     for (const RequestRow& row : rows) Add(row.method, row.handler);

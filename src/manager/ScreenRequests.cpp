@@ -1,6 +1,7 @@
 #include <string>
 #include <vector>
 
+#include "LentList.h"
 #include "RecordArguments.h"
 #include "ScreenTables.h"
 #include "log/LogInstance.h"
@@ -9,10 +10,6 @@
 namespace TESSARIN_LUMARC {
 
 namespace {
-
-const EngineApi& Api() {
-  return EngineApi::GetInstance();
-}
 
 // What SCPublishScreen and SCUnpublishScreen take. A share publishes its video; its stop unpublishes all. Wanted.
 constexpr std::int64_t kAudio = 1;
@@ -55,17 +52,20 @@ class FlatIgnoreWindow {
 };
 
 template <auto Entry>
-void ForwardWindow(IPCData& request) {
-  const auto param = ReadRecordArgument<IgnoreWindowParam>(request);
+void PassWindow(IPCData& request, const IgnoreWindowParam& param) {
   (Api().*Entry)(FlatIgnoreWindow(param).Get(), request.parsed.Integer(1));
   ReplyNull(request);
+}
+
+template <auto Entry>
+void ForwardWindow(IPCData& request) {
+  PassWindow<Entry>(request, ReadRecordArgument<IgnoreWindowParam>(request));
 }
 
 void AddIgnoreWindow(IPCData& request) {
   const auto param = ReadRecordArgument<IgnoreWindowParam>(request);
   TESSARIN_LOG::Log("AddIgnoreWindow ignoreType={},ignoreTypeByPid:{}", param.ignoreType, param.ignoreTypeByPid);
-  Api().AddIgnoreWindow(FlatIgnoreWindow(param).Get(), request.parsed.Integer(1));
-  ReplyNull(request);
+  PassWindow<&EngineApi::AddIgnoreWindow>(request, param);
 }
 
 void SetVideoCaptureConfig(IPCData& request) {
@@ -96,9 +96,10 @@ void StopScreenCapture(IPCData& request) {
 // A chain ends with the first result that is not 0, and that is the reply.
 template <bool kDesktop>
 void Share(IPCData& request) {
-  Api().SetVideoSourceType(1, 0, 0, 0);
   const std::int64_t id = request.parsed.Integer(0);
-  const std::int64_t started = Api().StartScreenCapture(id, kDesktop, request.parsed.Integer(1));
+  const std::int64_t channel = request.parsed.Integer(1);
+  Api().SetVideoSourceType(1, 0, 0, 0);
+  const std::int64_t started = Api().StartScreenCapture(id, kDesktop, channel);
   if (started != 0) return ReplyValue(request, started);
   Publish<kVideo>(request);
 }
@@ -135,22 +136,19 @@ void ScGetCaptureRect(IPCData& request) {
   ReplyValue(request, rect);
 }
 
-// The engine's lists go back after the reply has left.
 void ScGetDesktopList(IPCData& request) {
   DesktopList list{};
   Api().SCGetDesktopList(&list);
-  ReplyValue(request, std::vector<DesktopInfo>(list.desktops, list.desktops + list.count));
-  Api().FreeDesktopListVector(list.desktops, list.count);
+  const LentList lent(list.desktops, list.count, Api().FreeDesktopListVector);
+  ReplyValue(request, lent.Copy<DesktopInfo>());
 }
 
 void ScGetWindowList(IPCData& request) {
   WindowList list{};
   Api().SCGetWindowList(&list);
-  ReplyValue(request, std::vector<WindowRecord>(list.windows, list.windows + list.count));
-  Api().FreeWindowListVector(list.windows, list.count);
+  const LentList lent(list.windows, list.count, Api().FreeWindowListVector);
+  ReplyValue(request, lent.Copy<WindowRecord>());
 }
-
-void NeverAnswered(IPCData& /*request*/) {}
 
 constexpr auto kRows = Rows(
     // ---- Forwarded ----
@@ -172,7 +170,7 @@ constexpr auto kRows = Rows(
     Forward<&EngineApi::StopCaptureCard, Reply::Number>("StopCaptureCard"),
     Forward<&EngineApi::PublishCaptureCard, Reply::Number>("PublishCaptureCard"),
     Forward<&EngineApi::UnpublishCaptureCard, Reply::Number>("UnpublishCaptureCard"),
-    // ---- With a thought of their own ----
+    // ---- With a handler of their own ----
     RequestRow{"AddIgnoreWindow", AddIgnoreWindow},
     RequestRow{"RemoveIgnoreWindow", ForwardWindow<&EngineApi::RemoveIgnoreWindow>},
     RequestRow{"AddIncludeWindow", ForwardWindow<&EngineApi::AddIncludeWindow>},
@@ -187,7 +185,7 @@ constexpr auto kRows = Rows(
     RequestRow{"ScShareAudio", ScShareAudio}, RequestRow{"ScStopShareAudio", ScStopShareAudio},
     RequestRow{"ScGetCaptureRect", ScGetCaptureRect}, RequestRow{"ScGetDesktopList", ScGetDesktopList},
     RequestRow{"ScGetWindowList", ScGetWindowList}, RequestRow{"EnableHighFpsShareForVideoContent", ReplyNull},
-    // The meeting's file playing is a request of the devices; these two answer and do nothing.
+    // The engine's entries of these two names belong to StartPlayAudio and StopPlayAudio of the devices.
     RequestRow{"StartAudioMixing", ReplyNull}, RequestRow{"StopAudioMixing", ReplyNull},
     RequestRow{"ScEnableDynamicFps", NeverAnswered}, RequestRow{"ScEnableHighResolution", NeverAnswered});
 static_assert(kRows.size() + 2 == 43);  // and the two thumbnail requests

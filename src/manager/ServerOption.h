@@ -79,8 +79,8 @@ struct ProxyConfig {
   std::string proxyIp;
   std::int64_t proxyPort = 0;
   // The engine's row has these two; no key sets them, so they go down empty.
-  std::string user;
-  std::string password;
+  std::string unused1;
+  std::string unused2;
 };
 
 struct VendorTypeConfig {

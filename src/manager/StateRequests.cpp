@@ -4,6 +4,7 @@
 #include <array>
 #include <exception>
 #include <memory>
+#include <utility>
 
 #include "DeviceManager.h"
 #include "EngineOptions.h"
@@ -99,12 +100,13 @@ void RavoManager::AddHandlers() {
 
 // A snapshot part by part, each under its own lock: a stream may stand in one part and not yet in another.
 ServerInformation RavoManager::FillServerInformation() {
-  ServerInformation information{.serverState = meetingManager->State(),
-                                .streamInfo = slots::StreamMng::GetInstance().FetchAll(),
-                                .deviceInfo = deviceManager->Groups(),
-                                .serverOpt = serverOption,
-                                .subscribeStatus = subscribeManager->GetStatus()};
+  ServerInformation information;
+  information.serverState = meetingManager->State();
   information.serverState.serverName = serverOption.serverName;
+  information.serverOpt = serverOption;
+  information.subscribeStatus = subscribeManager->GetStatus();
+  information.deviceInfo = deviceManager->Groups();
+  information.streamInfo = slots::StreamMng::GetInstance().FetchAll();
   return information;
 }
 

@@ -30,7 +30,7 @@ constexpr std::int64_t kAudioAndVideo = 3;
 std::string ClientAt(const ContentView& content, std::size_t index) {
   if (content.Size() <= index) return "";
   const ContentView argument = content.Child(index);
-  TESSARIN_COMMON::JsonNode node(argument.Value());
+  TESSARIN_COMMON::JsonNode node(argument.ValueOrNull());
   SubscribeClient client;
   TESSARIN_COMMON::ReadRecord(node, client);
   return client.subscribeClientId;
@@ -117,7 +117,7 @@ void SubscribeManager::AckShareMemoryUpdate(IPCData& request) {
   const std::int64_t op = request.parsed.Integer(0);
   if (op == slots::kShareMemoryRemove) {
     const ContentView argument = request.parsed.Child(1);
-    TESSARIN_COMMON::JsonNode node(argument.Value());
+    TESSARIN_COMMON::JsonNode node(argument.ValueOrNull());
     ShareMemoryList records;
     node.Get("", records);
     for (const auto& record : records) frames->DestroySlot(record);

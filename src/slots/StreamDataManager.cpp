@@ -150,7 +150,7 @@ std::string StreamDataManager::GetSelfSid() const {
 
 void StreamDataManager::ClearAllStreams() {
   const std::lock_guard lock(mutex_);
-  Log("[STREAM] StreamDataManager ClearAllStreams success");
+  Log("[STREAM] StreamDataManager ClearAllStreams success - m_SelfUid_:<null> m_SelfSid_:<null>");
   streamsBySid_.clear();
   sidByUidKey_.clear();
   m_SelfUid_.clear();

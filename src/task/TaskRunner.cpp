@@ -73,7 +73,7 @@ class TaskRunner::Queue {
     {
       const std::lock_guard lock(mutex_);
       tasks_.push_back(std::move(task));
-      wake = sleeping_.exchange(kAwake, std::memory_order_relaxed) == kAsleep;
+      wake = sleeping_.exchange(kAwake) == kAsleep;
     }
     if (wake) sleeping_.notify_one();
   }
@@ -84,7 +84,7 @@ class TaskRunner::Queue {
       const std::lock_guard lock(mutex_);
       tasks_.swap(batch);
       if (!batch.empty() || thread.StopRequested()) return;
-      sleeping_.store(kAsleep, std::memory_order_relaxed);
+      sleeping_.store(kAsleep);
     }
     sleeping_.wait(kAsleep);
   }
@@ -95,7 +95,7 @@ class TaskRunner::Queue {
     {
       const std::lock_guard lock(mutex_);
       dropped.swap(tasks_);
-      sleeping_.store(kAwake, std::memory_order_relaxed);
+      sleeping_.store(kAwake);
     }
     for (const Task& task : dropped) {
       if (task.done != nullptr) task.done->release();

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 #include "SocketName.h"
 #include "common/posix/NameRegistry.h"
@@ -142,11 +143,23 @@ int SocketStream::Send(std::span<const char> head, std::span<const char> body) {
     sent = taken < 0 ? 0 : static_cast<std::size_t>(taken);
     if (sent == head.size() + body.size()) return 0;
   }
-  queue_.Append(head.subspan(std::min(sent, head.size())));
-  queue_.Append(body.subspan(std::max(sent, head.size()) - head.size()));
+  try {
+    queue_.Append(head.subspan(std::min(sent, head.size())));
+    queue_.Append(body.subspan(std::max(sent, head.size()) - head.size()));
+  } catch (const std::bad_alloc&) {
+    GiveUpPeer();  // half a message may be out
+    return ENOMEM;
+  }
   hasPending_ = true;
   if (first) eventfd_write(port_.Get(), 1);  // the reader waits for room from now on
   return 0;
+}
+
+// A message that went out in part cannot be completed: the peer would take the next one for its rest. So the link is
+// shut down, which the next send and the reader find for themselves.
+void SocketStream::GiveUpPeer() {
+  queue_.Clear();
+  shutdown(link_.Get(), SHUT_RDWR);
 }
 
 void SocketStream::Flush() {
@@ -160,7 +173,7 @@ void SocketStream::FlushLocked() {
     const ssize_t taken = send(link_.Get(), front.data(), front.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     if (taken < 0 && errno == EAGAIN) return;
     if (taken < 0) {
-      queue_.Clear();  // the peer is gone, which the next send and the reader find for themselves
+      GiveUpPeer();
     } else {
       queue_.Pop(static_cast<std::size_t>(taken));
     }

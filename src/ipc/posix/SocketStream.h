@@ -54,6 +54,7 @@ class SocketStream final : public PipeStream {
   void Wake();
   void Flush();
   void FlushLocked();
+  void GiveUpPeer();
 
   Descriptor port_;
   std::string name_;  // served

@@ -144,7 +144,7 @@ inline constexpr auto kFields<RemoteAudioStats> =
            Field{"dec_sample_rate", &RemoteAudioStats::dec_sample_rate},
            Field{"dec_duration", &RemoteAudioStats::dec_duration}, Field{"jitter", &RemoteAudioStats::jitter});
 
-// Clients expect the number of stalls twice.
+// The number of stalls stands twice. Wanted.
 template <>
 inline constexpr auto kFields<RemoteVideoStats> =
     Fields(Field{"width", &RemoteVideoStats::width}, Field{"height", &RemoteVideoStats::height},

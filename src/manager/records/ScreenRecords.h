@@ -85,7 +85,7 @@ inline constexpr auto kFields<TESSARIN_LUMARC::WindowHandle> =
 // Unlike in other records, a handle that is no object fails as such, and its data must be there.
 template <>
 inline void ReadRecord(JsonNode& node, TESSARIN_LUMARC::WindowHandle& out) {
-  node.Find("type_field");
+  node.Find("type_field");  // for its check of the kind
   node.Get("type_field", out.type_field);
   node.Get("data", out.data, JsonNode::kMandatory);
 }

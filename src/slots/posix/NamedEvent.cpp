@@ -22,7 +22,7 @@ struct SemaphoreTraits {
 // Loads may pass earlier stores. The semaphore's value has to be read after the frame's stores: a reader that takes the
 // last unit just now must find the new frame, since nobody wakes it again for it.
 void FullBarrier() {
-  std::atomic<int> word{0};
+  static std::atomic<int> word{0};  // an exchange and not a fence: the thread sanitizer knows no fences
   word.exchange(1, std::memory_order_seq_cst);
 }
 
