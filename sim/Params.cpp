@@ -25,18 +25,18 @@ using TESSARIN_COMMON::JsonNode;
 // Reads a record over the values that it has.
 template <class T>
 T Read(const Value& value, T record) {
-  JsonNode(value).Get("", record);
+  JsonNode(&value).Get("", record);
   return record;
 }
 
 std::string Text(const Value& value) {
   std::string text;
-  JsonNode(value).Get("", text);
+  JsonNode(&value).Get("", text);
   return text;
 }
 
 void SetRoom(const Value& value) {
-  JsonNode node(value);
+  JsonNode node(&value);
   Room::Get().SetManners(Read(value, Room::Get().Manners()));
   std::vector<Participant> participants;
   node.Get("participants", participants);
@@ -58,7 +58,7 @@ void SetLeave(const Value& value) {
 
 void SetDevices(const Value& value) {
   std::vector<Device> devices;
-  JsonNode(value).Get("", devices);
+  JsonNode(&value).Get("", devices);
   Devices::Get().Replace(std::move(devices));
 }
 

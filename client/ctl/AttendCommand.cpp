@@ -7,18 +7,11 @@
 
 #include "Commands.h"
 #include "Files.h"
+#include "Meeting.h"
 #include "StreamReading.h"
-#include "common/JsonNode.h"
-#include "common/JsonWriter.h"
 
 namespace ravo::ctl {
 namespace {
-
-using TESSARIN_COMMON::JsonNode;
-using TESSARIN_COMMON::JsonWriter;
-using Clock = std::chrono::steady_clock;
-
-constexpr char kClientId[] = "ravoctl";
 
 // One visit to a meeting, with a reading thread for each stream that turns up.
 class Visit {
@@ -26,9 +19,11 @@ class Visit {
   explicit Visit(Context& context)
       : context_(context),
         subscribes_(context.line.Value("--subscribe", "all") == "all"),
-        seconds_(context.line.Number("--seconds", 5, 1)) {}
+        seconds_(context.line.Number("--seconds", 5, 1)),
+        meeting_(context, context.Word(0), context.Word(1)) {
+    fmt::print("joined {} as {}\n", meeting_.Room(), meeting_.User());
+  }
 
-  void Join();
   // Takes in streams until the time is over, which begins with the first one.
   void Stay();
   void Leave();
@@ -37,96 +32,33 @@ class Visit {
   [[nodiscard]] bool PrintTable() const;
 
  private:
-  void Expect(const char* event);
-  void AddStream(const client::Event& event);
-  void Subscribe(const std::string& sid, std::size_t encoding);
+  void Add(const MeetingStream& stream);
 
   Context& context_;
   const bool subscribes_;
   const int seconds_;
+  Meeting meeting_;
   std::vector<std::unique_ptr<StreamReading>> streams_;
 };
 
-void Visit::Expect(const char* event) {
-  if (context_.session.WaitEvent(event, context_.line.Timeout())) return;
-  throw std::runtime_error(
-      fmt::format("the event {} has not come within {} s", event, context_.line.Timeout().count()));
-}
-
-void Visit::Join() {
-  Expect("connect");
-  Expect("INIT");
-  JsonWriter arguments;
-  arguments.StartArray();
-  for (const std::string& text : {std::string("token"), context_.Word(0), context_.Word(1), std::string()}) {
-    arguments.Add(nullptr, text);
-  }
-  arguments.EndArray();
-  const std::string result = context_.Call("JoinMeeting", arguments.Text());
-  if (result.starts_with('-')) throw std::runtime_error("JoinMeeting: the engine refuses with " + result);
-  Expect("JOIN_CHANNEL_SUCCESS");
-  fmt::print("joined {} as {}\n", context_.Word(0), context_.Word(1));
-}
-
 void Visit::Stay() {
-  auto end = Clock::now() + context_.line.Timeout();
-  for (auto now = Clock::now(); now < end; now = Clock::now()) {
-    const auto event =
-        context_.session.WaitEvent("STREAM_ADDED", std::chrono::duration_cast<std::chrono::milliseconds>(end - now) +
-                                                       std::chrono::milliseconds(1));
-    if (event) {
-      const bool first = streams_.empty();
-      AddStream(*event);
-      if (first && !streams_.empty()) end = Clock::now() + std::chrono::seconds(seconds_);
-    } else if (context_.session.WaitClosed(std::chrono::milliseconds(0))) {
-      throw std::runtime_error("the server has ended the session");
-    }
+  auto end = Meeting::Clock::now() + context_.line.Timeout();
+  while (const auto stream = meeting_.NextStream(end)) {
+    Add(*stream);
+    if (streams_.size() == 1) end = Meeting::Clock::now() + std::chrono::seconds(seconds_);
   }
-  if (streams_.empty()) throw std::runtime_error("nobody sends a stream in " + context_.Word(0));
+  if (streams_.empty()) throw std::runtime_error("nobody sends a stream in " + meeting_.Room());
 }
 
-// The event's arguments: user, stream, whether it is a screen, encodings.
-void Visit::AddStream(const client::Event& event) {
-  JsonNode arguments(event.content);
-  std::string uid;
-  std::string sid;
-  bool isScreen = false;
-  arguments[0].Get("", uid);
-  arguments[1].Get("", sid);
-  arguments[2].Get("", isScreen);
-  if (uid == context_.Word(1)) return;  // nobody subscribes to what is his own
-  std::size_t best = 0;
-  std::int64_t most = 0;
-  for (std::size_t i = 0; i < arguments[3].Size(); ++i) {
-    std::int64_t width = 0;
-    std::int64_t height = 0;
-    arguments[3][i].Get("width", width);
-    arguments[3][i].Get("height", height);
-    if (width * height > most) best = i;
-    most = std::max(most, width * height);
-  }
-  fmt::print("stream {} of {}{}\n", sid, uid, isScreen ? ", a screen" : "");
-  if (subscribes_) Subscribe(sid, best);
-  streams_.push_back(std::make_unique<StreamReading>(context_.slots, sid, uid, isScreen));
-}
-
-void Visit::Subscribe(const std::string& sid, std::size_t encoding) {
-  JsonWriter arguments;
-  arguments.StartArray();
-  arguments.Add(nullptr, sid);
-  arguments.Add(nullptr, static_cast<std::uint64_t>(encoding));
-  arguments.Add(nullptr, std::int32_t{0});
-  arguments.StartObject();
-  arguments.Add("subscribeClientId", kClientId);
-  arguments.EndObject();
-  arguments.EndArray();
-  context_.Call("SubscribeVideo", arguments.Text());
+void Visit::Add(const MeetingStream& stream) {
+  fmt::print("stream {} of {}{}\n", stream.sid, stream.uid, stream.isScreen ? ", a screen" : "");
+  if (subscribes_) meeting_.Subscribe(stream);
+  streams_.push_back(std::make_unique<StreamReading>(context_.slots, stream.sid, stream.uid, stream.isScreen));
 }
 
 void Visit::Leave() {
   for (const auto& stream : streams_) stream->Stop();
-  context_.Call("LeaveMeeting");
-  Expect("LEAVE_MEETING_SUCCESS");
+  meeting_.Leave();
 }
 
 // Users choose their ids, and files their folder.
@@ -174,7 +106,6 @@ void CheckAttend(const CommandLine& line) {
 
 int RunAttend(Context& context) {
   Visit visit(context);
-  visit.Join();
   visit.Stay();
   visit.Leave();
   if (context.line.Has("--png-dir")) visit.WritePictures(context.line.Value("--png-dir"));

@@ -5,9 +5,9 @@
 namespace ravo::ctl {
 namespace {
 
-const std::map<std::string, bool> kOptionTakesValue = {{"--pipe", true},    {"--timeout", true}, {"--json", false},
-                                                       {"--help", false},   {"--frames", true},  {"--subscribe", true},
-                                                       {"--seconds", true}, {"--png-dir", true}};
+const std::map<std::string, bool> kOptionTakesValue = {
+    {"--pipe", true},      {"--timeout", true}, {"--json", false},   {"--help", false}, {"--frames", true},
+    {"--subscribe", true}, {"--seconds", true}, {"--png-dir", true}, {"--join", true},  {"--as", true}};
 
 }  // namespace
 

@@ -40,6 +40,7 @@ int RunStreams(Context& context);
 // Frames.
 int RunSnapshot(Context& context);
 int RunRecord(Context& context);
+void CheckFrames(const CommandLine& line);
 
 // A whole visit to a meeting.
 int RunAttend(Context& context);

@@ -20,9 +20,10 @@ constexpr Command kCommands[] = {
     {"watch", "", "prints every event, one JSON line each, until the session ends", 0, 0, RunWatch},
     {"status", "", "shows the state of the server", 0, 0, RunStatus},
     {"streams", "", "lists the streams", 0, 0, RunStreams},
-    {"snapshot", "SID FILE.png", "writes the next frame of a stream that has a slot", 2, 2, RunSnapshot},
-    {"record", "SID FILE.y4m [--frames N]", "writes frames of a stream that has a slot, 100 of them by default", 2, 2,
-     RunRecord},
+    {"snapshot", "SID FILE.png [--join ROOM [--as USER]]", "writes the next frame of a stream", 2, 2, RunSnapshot,
+     CheckFrames},
+    {"record", "SID FILE.y4m [--frames N] [--join ROOM [--as USER]]",
+     "writes frames of a stream, 100 of them by default", 2, 2, RunRecord, CheckFrames},
     {"attend", "ROOM USER [--subscribe all|none] [--seconds N] [--png-dir DIR]",
      "joins a meeting, reads all its video for N seconds (5), leaves a picture a stream and a table", 2, 2, RunAttend,
      CheckAttend},
@@ -37,7 +38,10 @@ void PrintUsage(std::FILE* file) {
     fmt::print(file, "  {} {}\n      {}\n", command.name, command.usage, command.help);
   }
   fmt::print(file,
-             "\n  --timeout S  how long to wait for the server and for each of its answers, 10 s by default\n"
+             "\n  --join ROOM  joins the meeting first, subscribes to the stream there and leaves at the end; without\n"
+             "               it the stream must have a slot already\n"
+             "  --as USER    who joins, ravoctl by default\n"
+             "  --timeout S  how long to wait for the server, an answer, a stream or a frame, 10 s by default\n"
              "  --json       prints what the server answers as it stands\n"
              "Exit codes: 0 done, 1 failed, 2 wrong usage.\n");
 }

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "../integration/ServerProcess.h"
 #include "../slots/SlotFixture.h"
 #include "ScriptedServer.h"
 #include "ctl/StreamReading.h"
@@ -33,6 +34,8 @@ TEST(Ravoctl, RefusesWrongUsageBeforeItConnects) {
       {"--pipe", "p", "status", "--timeout"},
       {"--pipe", "p", "status", "--colour"},
       {"--pipe", "p", "attend", "room", "ann", "--subscribe", "some"},
+      {"--pipe", "p", "snapshot", "s", "s.png", "--as", "ann"},
+      {"--pipe", "p", "record", "s", "s.y4m", "--frames", "0"},
   };
   for (const auto& arguments : cases) {
     Process ctl(kProgram, arguments);
@@ -125,6 +128,33 @@ TEST(Ravoctl, SnapshotAndRecordReadTheSlotOfAnotherProcess) {
   Process unknown(kProgram, {"--pipe", server.Name(), "snapshot", "t", folder.Text() + "/t.png"});
   EXPECT_EQ(unknown.Wait(), 1);
   EXPECT_THAT(unknown.Err(), HasSubstr("those that have: s"));
+}
+
+TEST(Ravoctl, SnapshotAndRecordJoinAMeetingAndLeaveIt) {
+  const support::TempFolder folder;
+  const std::string png = folder.Text() + "/s.png";
+  const std::string y4m = folder.Text() + "/s.y4m";
+  const std::vector<std::vector<std::string>> commands = {
+      {"snapshot", "ann_0", png, "--join", "blue"},
+      {"record", "ann_0", y4m, "--frames", "10", "--join", "blue", "--as", "bob"},
+  };
+  for (auto arguments : commands) {  // a server each: it ends with its client
+    integration::ServerProcess server(R"("sim.room":{"participants":[{"userId":"cid"},{"userId":"ann","encodings":)"
+                                      R"([{"width":64,"height":48},{"width":128,"height":72}]}]})",
+                                      "");
+    arguments.insert(arguments.end(), {"--pipe", server.Pipe(), "--timeout", "60"});
+    Process ctl(kProgram, arguments);
+    EXPECT_EQ(ctl.Wait(), 0) << ctl.Err();
+    EXPECT_EQ(server.Host().Wait(), 0) << server.Host().Err();
+    const std::string user = arguments[0] == "record" ? "bob" : "ravoctl";
+    EXPECT_THAT(server.Calls("JoinRoom"), ElementsAre(testing::AllOf(HasSubstr("\"blue\""), HasSubstr(user))));
+    EXPECT_THAT(server.Calls("LeaveRoom"), testing::SizeIs(1));
+  }
+  EXPECT_THAT(ReadFile(folder.Path() / "s.png"), testing::StartsWith("\x89PNG\r\n\x1a\n"));
+  const std::string header = "YUV4MPEG2 W128 H72 F30:1 Ip A1:1 C420jpeg\n";
+  const std::string recorded = ReadFile(folder.Path() / "s.y4m");
+  EXPECT_THAT(recorded, testing::StartsWith(header + "FRAME\n"));
+  EXPECT_EQ(recorded.size(), header.size() + 10 * (6 + 128 * 72 * 3 / 2));
 }
 
 TEST(FrameAge, CountsAcrossTheWrapOfTheStampAndKnowsOtherStamps) {
