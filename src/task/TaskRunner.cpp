@@ -64,8 +64,8 @@ struct TaskRunner::Task {
 };
 
 // Tasks in the order of posting. A batch is taken by swapping the whole list with the one that the runner has emptied,
-// so a burst of posts costs the runner one lock, and a post on a busy runner no allocation. The runner sleeps on a flag
-// and not on a condition variable, whose waiter would come back through a contended mutex.
+// so a burst of posts costs the runner one lock, and a post on a busy runner no allocation. The runner sleeps on an
+// event and not on a condition variable, whose waiter would come back through a contended mutex.
 class TaskRunner::Queue {
  public:
   void Append(Task task) {
@@ -73,9 +73,9 @@ class TaskRunner::Queue {
     {
       const std::lock_guard lock(mutex_);
       tasks_.push_back(std::move(task));
-      wake = sleeping_.exchange(kAwake) == kAsleep;
+      wake = std::exchange(sleeping_, false);
     }
-    if (wake) sleeping_.notify_one();
+    if (wake) wake_.Set();
   }
 
   // Swaps what is queued with `batch`, which is empty. Waits once; a stopping wake-up leaves the batch empty.
@@ -84,9 +84,9 @@ class TaskRunner::Queue {
       const std::lock_guard lock(mutex_);
       tasks_.swap(batch);
       if (!batch.empty() || thread.StopRequested()) return;
-      sleeping_.store(kAsleep);
+      sleeping_ = true;
     }
-    sleeping_.wait(kAsleep);
+    wake_.Wait();
   }
 
   // Drops what is queued, releasing the callers of blocking posts, and wakes the thread.
@@ -95,21 +95,19 @@ class TaskRunner::Queue {
     {
       const std::lock_guard lock(mutex_);
       dropped.swap(tasks_);
-      sleeping_.store(kAwake);
+      sleeping_ = false;
     }
     for (const Task& task : dropped) {
       if (task.done != nullptr) task.done->release();
     }
-    sleeping_.notify_all();
+    wake_.Set();
   }
 
  private:
-  static constexpr int kAwake = 0;
-  static constexpr int kAsleep = 1;
-
-  std::mutex mutex_;  // guards both; the flag is also waited for
+  std::mutex mutex_;  // guards the list and the flag
   std::vector<Task> tasks_;
-  std::atomic<int> sleeping_{kAwake};  // an int: the system can wait for nothing smaller
+  bool sleeping_ = false;
+  AutoResetEvent wake_;
 };
 
 TaskRunner::TaskRunner(int type, std::unique_ptr<ThreadLocalSlot> slot, const TESSARIN_COMMON::Clock& clock)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 // What Thread needs of the system.
 namespace TESSARIN_TASK {
@@ -18,6 +19,23 @@ void JoinNativeThread(std::uintptr_t handle);
 // For a thread whose owner goes without joining.
 void AbandonNativeThread(std::uintptr_t handle);
 void SetNativePriority(std::uintptr_t handle, int priority);
+
+// Lets one thread sleep until another wakes it: set once, it lets one wait through. Not the standard library's atomic
+// wait on every platform: where that has no help of the system it may miss a wake-up.
+class AutoResetEvent {
+ public:
+  AutoResetEvent();
+  ~AutoResetEvent();
+  AutoResetEvent(const AutoResetEvent&) = delete;
+  AutoResetEvent& operator=(const AutoResetEvent&) = delete;
+
+  void Set();
+  void Wait();
+
+ private:
+  struct State;
+  const std::unique_ptr<State> state_;
+};
 
 // The per-thread initialisation that the platform asks of threads that run foreign code; 0 on success, else the
 // system's code. Only after a success it is undone.

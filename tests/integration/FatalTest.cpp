@@ -14,6 +14,10 @@ struct Unreadable {
   std::string logLine;
 };
 
+void PrintTo(const Unreadable& request, std::ostream* out) {
+  *out << request.name;
+}
+
 class FatalTest : public testing::TestWithParam<Unreadable> {};
 
 TEST_P(FatalTest, EndsTheServerWithALineInTheLogAndNoReply) {

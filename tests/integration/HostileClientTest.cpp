@@ -20,6 +20,10 @@ struct BadFrame {
   std::string bytes;
 };
 
+void PrintTo(const BadFrame& frame, std::ostream* out) {
+  *out << frame.name;
+}
+
 class BadFrameTest : public HostileClientTest, public testing::WithParamInterface<BadFrame> {};
 
 TEST_P(BadFrameTest, DoesNotOutliveItsClient) {

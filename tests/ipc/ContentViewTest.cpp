@@ -74,7 +74,7 @@ TEST(ContentView, AnAbsentChildHasNoValueAndFailsAsText) {
   EXPECT_EQ(view.Child(0).Child(0).AsString(), "x");
   EXPECT_EQ(view.Child(0).Integer(1), 2);
   std::int64_t a = 0;
-  JsonNode(view.Child(1).Value()).Get("a", a);
+  JsonNode(view.Child(1).ValueOrNull()).Get("a", a);
   EXPECT_EQ(a, 1);
   for (const auto& absent : {view.Child(2).HasValue(), view.Child(1).Child(0).HasValue(), ContentView().HasValue()}) {
     EXPECT_FALSE(absent);

@@ -3,6 +3,7 @@
 #include <pthread.h>
 #include <sys/resource.h>
 
+#include <atomic>
 #include <memory>
 #include <semaphore>
 
@@ -64,6 +65,22 @@ void AbandonNativeThread(std::uintptr_t handle) {
 // The nearest service to a thread's priority: its nice value, which Linux keeps for each thread.
 void SetNativePriority(std::uintptr_t handle, int priority) {
   setpriority(PRIO_PROCESS, FromHandle(handle)->id, priority);
+}
+
+struct AutoResetEvent::State {
+  std::atomic<int> set{0};  // an int: the system can wait for nothing smaller
+};
+
+AutoResetEvent::AutoResetEvent() : state_(std::make_unique<State>()) {}
+AutoResetEvent::~AutoResetEvent() = default;
+
+void AutoResetEvent::Set() {
+  state_->set = 1;
+  state_->set.notify_one();
+}
+
+void AutoResetEvent::Wait() {
+  while (state_->set.exchange(0) == 0) state_->set.wait(0);
 }
 
 long InitialiseThreadRuntime() {

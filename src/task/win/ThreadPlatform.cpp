@@ -75,6 +75,22 @@ void SetNativePriority(std::uintptr_t handle, int priority) {
   SetThreadPriority(FromHandle(handle), priority);
 }
 
+struct AutoResetEvent::State {
+  HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+};
+
+AutoResetEvent::AutoResetEvent() : state_(std::make_unique<State>()) {}
+AutoResetEvent::~AutoResetEvent() {
+  CloseHandle(state_->event);
+}
+
+void AutoResetEvent::Set() {
+  SetEvent(state_->event);
+}
+void AutoResetEvent::Wait() {
+  WaitForSingleObject(state_->event, INFINITE);
+}
+
 long InitialiseThreadRuntime() {
   const HRESULT result = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
   return SUCCEEDED(result) ? 0 : result;
