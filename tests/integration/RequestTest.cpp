@@ -51,6 +51,7 @@ TEST_F(RequestTest, MonitorAddProcessTakesTheListAsContentAndAsArgument) {
 
 TEST_F(RequestTest, SetFpsReplacesTheFrameTick) {
   ASSERT_NO_FATAL_FAILURE(JoinRoomOf(R"({"userId":"ann"})"));
+  Expect("STREAM_ADDED");
   Subscribe("ann_0");
   ReadFrame("ann_0");
   // No timer takes the interval that 2000 gives: the tick has gone, and with it the leave to write another frame.
