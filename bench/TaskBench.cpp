@@ -1,10 +1,10 @@
 // Posting and running tasks, against the executor that a C++ engineer would take.
-#include <semaphore>
 #include <thread>
 #include <vector>
 
 #include "Measure.h"
 #include "task/TaskRunner.h"
+#include "task/ThreadPlatform.h"
 
 #ifdef RAVO_BENCH_ASIO
 #include <asio.hpp>
@@ -19,9 +19,9 @@ constexpr int kRounds = 15;
 
 struct Counter {
   int left = kTasks;
-  std::binary_semaphore done{0};
+  TESSARIN_TASK::AutoResetEvent done;
   void Count() {
-    if (--left == 0) done.release();
+    if (--left == 0) done.Set();
   }
 };
 
@@ -37,7 +37,7 @@ double Throughput(int producers, Post post) {
       });
     }
     for (auto& thread : threads) thread.join();
-    counter.done.acquire();
+    counter.done.Wait();
   });
   return kTasks / ns * 1000;
 }

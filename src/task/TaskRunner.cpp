@@ -1,7 +1,6 @@
 #include "TaskRunner.h"
 
 #include <mutex>
-#include <semaphore>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,7 +58,7 @@ struct TaskRunner::Task {
   std::int64_t startMs = 0;
   std::int64_t endMs = 0;
   Closure closure;
-  std::binary_semaphore* done = nullptr;  // of a blocking post, whose caller owns it
+  AutoResetEvent* done = nullptr;  // of a blocking post, whose caller owns it
   std::int32_t kind = 0;
 };
 
@@ -98,7 +97,7 @@ class TaskRunner::Queue {
       sleeping_ = false;
     }
     for (const Task& task : dropped) {
-      if (task.done != nullptr) task.done->release();
+      if (task.done != nullptr) task.done->Set();
     }
     wake_.Set();
   }
@@ -161,11 +160,11 @@ void TaskRunner::PostTask(const Location& location, Closure closure) {
 }
 
 bool TaskRunner::PostTaskAndWait(const Location& location, Closure closure) {
-  std::binary_semaphore done{0};
+  AutoResetEvent done;
   Task task = MakeTask(location, std::move(closure));
   task.done = &done;
   queue_->Append(std::move(task));
-  done.acquire();
+  done.Wait();
   return true;
 }
 
@@ -209,7 +208,7 @@ std::int64_t TaskRunner::RunTask(Task& task, std::int64_t startMs) {
   task.closure();
   task.endMs = clock_.WallMs();
   currentKind_ = outerKind;
-  if (task.done != nullptr) task.done->release();
+  if (task.done != nullptr) task.done->Set();
   CheckBudgets(task);
   task.closure = nullptr;
   return task.endMs;

@@ -5,12 +5,12 @@
 #include <chrono>
 #include <future>
 #include <numeric>
-#include <semaphore>
 #include <thread>
 #include <vector>
 
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"
+#include "support/Semaphore.h"
 
 using namespace TESSARIN_TASK;
 
@@ -24,8 +24,8 @@ class TaskRunnerTest : public testing::Test {
   ~TaskRunnerTest() override { runner_.StopRunner(); }
 
   // Keeps the runner busy until the result is released.
-  void Block(std::binary_semaphore& gate) {
-    std::binary_semaphore entered{0};
+  void Block(support::Semaphore& gate) {
+    support::Semaphore entered;
     runner_.PostTask(kHere, [&] {
       entered.release();
       gate.acquire();
@@ -69,7 +69,7 @@ TEST_F(TaskRunnerTest, BudgetsReportOnlyWhatIsStrictlyOver) {
   } cases[] = {{300, 200, false, false}, {301, 0, true, false}, {0, 201, false, true}};
   for (const auto& c : cases) {
     const support::LogCapture log;
-    std::binary_semaphore gate{0};
+    support::Semaphore gate;
     Block(gate);
     runner_.PostTask(kHere, [&] { clock_.AdvanceMs(c.runMs); });
     clock_.AdvanceMs(c.waitMs);
@@ -82,7 +82,7 @@ TEST_F(TaskRunnerTest, BudgetsReportOnlyWhatIsStrictlyOver) {
 
 TEST_F(TaskRunnerTest, AClockSetBackGivesNoWait) {
   ASSERT_TRUE(runner_.StartRunner());
-  std::binary_semaphore gate{0};
+  support::Semaphore gate;
   Block(gate);
   runner_.PostTask(kHere, [] {});
   clock_.StepWallMs(-60000);
@@ -96,7 +96,7 @@ TEST_F(TaskRunnerTest, StopDropsTheQueueAndReleasesTheCallerOfABlockingPost) {
   bool released = false;
   for (int attempt = 0; attempt < 100 && !released; ++attempt) {
     ASSERT_TRUE(runner_.StartRunner());
-    std::binary_semaphore gate{0};
+    support::Semaphore gate;
     Block(gate);
     bool ran = false;
     runner_.PostTask(kHere, [&] { ran = true; });

@@ -3,8 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <semaphore>
 #include <thread>
+
+#include "support/Semaphore.h"
 
 using namespace TESSARIN_TASK;
 
@@ -20,7 +21,7 @@ class Body : public Runnable {
 };
 
 TEST(Thread, RefusesASecondStartAndANewNameWhileItRuns) {
-  std::binary_semaphore end{0};
+  support::Semaphore end;
   Body body([&](Thread*) { end.acquire(); });
   Thread thread;
   EXPECT_TRUE(thread.SetName("worker"));

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <semaphore>
 #include <thread>
 #include <vector>
 
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"
+#include "support/Semaphore.h"
 
 using namespace TESSARIN_TASK;
 
@@ -20,7 +20,7 @@ class TimerTaskRunnerTest : public testing::Test {
 
   // Returns after two whole passes that began later than this call.
   void WaitForPasses() {
-    std::counting_semaphore<> passed{0};
+    support::Semaphore passed;
     const std::int32_t id = runner_.AddTimer(1, [&] {
       clock_.AdvanceMs(1);  // so that it is due again at the next pass
       passed.release();
@@ -35,7 +35,7 @@ class TimerTaskRunnerTest : public testing::Test {
 };
 
 TEST_F(TimerTaskRunnerTest, FiresFirstAfterOneIntervalAndThenRepeats) {
-  std::counting_semaphore<> fired{0};
+  support::Semaphore fired;
   runner_.AddTimer(50000, [&] { fired.release(); });
   clock_.AdvanceMs(49000);
   WaitForPasses();
@@ -48,7 +48,7 @@ TEST_F(TimerTaskRunnerTest, FiresFirstAfterOneIntervalAndThenRepeats) {
 
 TEST_F(TimerTaskRunnerTest, AMissedTimerFiresOnceAndAllInOrderOfCreation) {
   std::vector<int> order;
-  std::binary_semaphore last{0};
+  support::Semaphore last;
   runner_.AddTimer(3000, [&] { order.push_back(3000); });
   runner_.AddTimer(1000, [&] { order.push_back(1000); });
   runner_.AddTimer(9000, [&] { last.release(); });
@@ -65,8 +65,8 @@ TEST_F(TimerTaskRunnerTest, RefusesWhatCannotFireAndCountsIdsFromOne) {
 }
 
 TEST_F(TimerTaskRunnerTest, CancelFromOtherThreadWaitsForRunningClosure) {
-  std::binary_semaphore entered{0};
-  std::binary_semaphore gate{0};
+  support::Semaphore entered;
+  support::Semaphore gate;
   std::atomic<bool> ended{false};
   const std::int32_t id = runner_.AddTimer(1000, [&] {
     entered.release();
@@ -84,9 +84,9 @@ TEST_F(TimerTaskRunnerTest, CancelFromOtherThreadWaitsForRunningClosure) {
 }
 
 TEST_F(TimerTaskRunnerTest, ClosureMayAddAndCancelWhileAnotherThreadCancels) {
-  std::binary_semaphore entered{0};
-  std::binary_semaphore gate{0};
-  std::binary_semaphore nested{0};
+  support::Semaphore entered;
+  support::Semaphore gate;
+  support::Semaphore nested;
   std::int32_t self = 0;
   int runs = 0;
   self = runner_.AddTimer(1000, [&] {
