@@ -1,11 +1,15 @@
 #include "SocketName.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 #include "common/posix/NameRegistry.h"
 
@@ -48,6 +52,23 @@ bool IsStale(const sockaddr_un& address) {
   return MakeSocket(SOCK_DGRAM, probe) == 0 && ConnectSocket(probe, address) == ECONNREFUSED;
 }
 
+// Two servers that find the same file stale would remove each other's new one; so they take turns. The lock is the
+// folder's and leaves nothing behind. A stranger who holds on to it delays a start by a second and no more.
+Descriptor LockFolderOf(const std::string& path) {
+  const std::string::size_type slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  Descriptor lock(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  for (int tries = 0; tries < 100 && lock && flock(lock.Get(), LOCK_EX | LOCK_NB) != 0; ++tries) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return lock;
+}
+
+int ReplaceStale(const Descriptor& socket, const sockaddr_un& address) {
+  const Descriptor turn = LockFolderOf(address.sun_path);
+  return IsStale(address) && unlink(address.sun_path) == 0 ? BindSocket(socket, address) : EADDRINUSE;
+}
+
 }  // namespace
 
 int ListenAt(const std::string& path, Descriptor& listener) {
@@ -58,7 +79,7 @@ int ListenAt(const std::string& path, Descriptor& listener) {
   // The file takes its mode from the socket; so there is no moment in which it is open to others.
   if (fchmod(fresh.Get(), 0600) != 0) return errno;
   int error = BindSocket(fresh, address);
-  if (error == EADDRINUSE && IsStale(address) && unlink(address.sun_path) == 0) error = BindSocket(fresh, address);
+  if (error == EADDRINUSE) error = ReplaceStale(fresh, address);
   if (error != 0) return error;
   constexpr int kBacklog = 0;  // stands for one
   if (listen(fresh.Get(), kBacklog) != 0) return errno;

@@ -4,9 +4,13 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <thread>
+#include <vector>
 
 #include "../PipeFixture.h"
 
@@ -37,15 +41,44 @@ TEST_F(SocketFile, IsTheOwnUsersAloneAndGoesWhenAClientIsThere) {
   EXPECT_FALSE(fs::exists(fs::symlink_status(name_)));
 }
 
-TEST_F(SocketFile, OfADeadServerIsReplaced) {
+void LeaveDeadSocket(const std::string& name) {
   const int dead = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
-  std::strncpy(address.sun_path, name_.c_str(), sizeof address.sun_path - 1);
+  std::strncpy(address.sun_path, name.c_str(), sizeof address.sun_path - 1);
   ASSERT_EQ(bind(dead, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
   close(dead);
-  ASSERT_TRUE(fs::exists(fs::symlink_status(name_)));
+  ASSERT_TRUE(fs::exists(fs::symlink_status(name)));
+}
+
+TEST_F(SocketFile, OfADeadServerIsReplaced) {
+  LeaveDeadSocket(name_);
   ConnectBoth();
+}
+
+TEST_F(SocketFile, OfADeadServerIsReplacedByOneOfManyThatStartAtOnce) {
+  for (int round = 0; round < 1000; ++round) {
+    LeaveDeadSocket(name_);
+    std::vector<std::unique_ptr<NamedPipeServer>> servers;
+    for (int i = 0; i < 4; ++i) servers.push_back(std::make_unique<NamedPipeServer>(name_));
+    std::atomic<int> open{0};
+    std::atomic<bool> go{false};
+    std::vector<std::thread> starts;
+    for (const auto& server : servers) {
+      starts.emplace_back([&] {
+        while (!go) {
+        }
+        open += server->Open() ? 1 : 0;
+      });
+    }
+    go = true;
+    for (auto& start : starts) start.join();
+    ASSERT_EQ(open, 1);
+    NamedPipeClient client(name_);
+    ASSERT_TRUE(client.Connect(0));  // the one that is there is the one that can be found
+    client.Disconnect();
+    for (const auto& server : servers) server->Close();
+  }
 }
 
 TEST_F(SocketFile, OfALiveServerIsLeftAloneAndItsServerHearsNothing) {
