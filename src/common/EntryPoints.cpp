@@ -58,7 +58,12 @@ std::int32_t RAVO_CALL init_ravo(const char* options, RavoUninitCallback uninitC
   CreateTessarinLogger(static_cast<std::int32_t>(option.logVersion), option.logPath.c_str(), "TESSARIN_RAVO_COMMON",
                        "Ravo", 0, 7, 1);
   LogStart(text);
-  RavoManager::GetInstance().init(option);
+  try {
+    RavoManager::GetInstance().init(option);
+  } catch (const std::exception& error) {
+    TESSARIN_LOG::LogAt("Ravo", TESSARIN_LOG::Level::Failure, "the server cannot start: {}", error.what());
+    return -1;
+  }
   return 0;
 }
 

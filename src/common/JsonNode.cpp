@@ -3,23 +3,11 @@
 namespace TESSARIN_COMMON {
 
 namespace {
-constexpr std::size_t kMaxExcerpt = 32;  // characters of the text that a parse failure shows
 constexpr const char* kTypeUnmatch = "type unmatch";
 }  // namespace
 
-std::string ParseFailureText(rapidjson::ParseErrorCode code, std::size_t offset, std::string_view text) {
-  std::string message = "Parse json string fail. err=";
-  message += rapidjson::GetParseError_En(code);
-  message += ". offset=";
-  if (offset < text.size()) message += text.substr(offset, kMaxExcerpt);
-  return message;
-}
-
-JsonNode::JsonNode(std::string_view text) : document_(std::make_unique<rapidjson::Document>()) {
-  document_->Parse(text.data(), text.size());
-  if (document_->HasParseError()) {
-    throw std::runtime_error(ParseFailureText(document_->GetParseError(), document_->GetErrorOffset(), text));
-  }
+JsonNode::JsonNode(std::string_view text) : document_(std::make_unique<JsonDocument>()) {
+  document_->ParseText(text);
   value_ = document_.get();
 }
 

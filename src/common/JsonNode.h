@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Fields.h"
-#include "RapidJson.h"
+#include "JsonDocument.h"
 
 namespace TESSARIN_COMMON {
 
@@ -20,7 +20,7 @@ class JsonNode {
  public:
   enum Option : unsigned { kNone = 0, kMandatory = 2 };
 
-  // Parses. A failure reads "Parse json string fail. err=<message>. offset=<up to 32 characters from the place on>".
+  // Parses, and fails as JsonDocument does: "Parse json string fail. err=...".
   explicit JsonNode(std::string_view text);
   // Stands on a value that somebody else owns and keeps. Null makes a null node, in which every key is absent.
   explicit JsonNode(const rapidjson::Value* root) : value_(root) {}
@@ -69,12 +69,9 @@ class JsonNode {
   std::string key_;  // empty for the root and for array rows
   int index_ = -1;   // -1 if no array row
   std::vector<std::unique_ptr<JsonNode>> children_;
-  std::unique_ptr<rapidjson::Document> document_;  // the root's alone
+  std::unique_ptr<JsonDocument> document_;  // the root's alone
   const rapidjson::Value* value_ = nullptr;
 };
-
-// The message of a failed parse, as JsonNode throws it.
-[[nodiscard]] std::string ParseFailureText(rapidjson::ParseErrorCode code, std::size_t offset, std::string_view text);
 
 // Reads the fields of a record from the node's own object.
 template <Record T>

@@ -2,6 +2,7 @@
 
 // The one way to RapidJSON: its assertions throw their expression as a runtime error, for instance "IsObject()".
 #include <stdexcept>
+#include <utility>
 
 #ifdef RAPIDJSON_ASSERT
 #error "include common/RapidJson.h before anything of rapidjson"
@@ -15,9 +16,28 @@
 #define RAPIDJSON_HAS_STDSTRING 1
 // Strings are scanned sixteen bytes at a time. The scan may look at bytes behind the end of a text, on the same line of
 // memory, which the address sanitizer would take for a fault.
-#if defined(__SSE2__) && !defined(__SANITIZE_ADDRESS__)
+#if defined(__SSE2__) && !defined(RAVO_SANITIZE_ADDRESS)
 #define RAPIDJSON_SSE2 1
 #endif
+
+// Its memory comes from malloc, whose failure it does not look at; here that throws as elsewhere.
+#include <rapidjson/rapidjson.h>
+
+#include <cstdlib>
+#include <new>
+
+namespace TESSARIN_COMMON {
+inline void* OrBadAlloc(void* memory) {
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+}  // namespace TESSARIN_COMMON
+
+#define malloc(bytes) forward<void*>(::TESSARIN_COMMON::OrBadAlloc(std::malloc(bytes)))
+#define realloc(memory, bytes) forward<void*>(::TESSARIN_COMMON::OrBadAlloc(std::realloc(memory, bytes)))
+#include <rapidjson/allocators.h>
+#undef malloc
+#undef realloc
 
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>

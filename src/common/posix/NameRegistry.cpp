@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <new>
 
 namespace TESSARIN_COMMON {
 namespace {
@@ -31,20 +32,30 @@ NameRegistry::NameRegistry() : process_(getpid()) {
   std::atexit([] { GetInstance().End(); });
 }
 
-bool NameRegistry::Add(Kind kind, const std::string& name, const std::function<bool()>& make) {
+// The entry comes first: an object whose name could not be kept would stay for ever.
+bool NameRegistry::Add(Kind kind, const std::string& name, const std::function<bool()>& make) try {
   const std::lock_guard lock(mutex_);
   if (ending_) {
     errno = ECANCELED;
     return false;
   }
-  if (!make()) return false;
-  names_.emplace(kind, name);
-  return true;
+  const auto [entry, isNew] = names_.insert({kind, name});
+  if (make()) return true;
+  const int error = errno;
+  if (isNew) names_.erase(entry);
+  errno = error;
+  return false;
+} catch (const std::bad_alloc&) {
+  errno = ENOMEM;
+  return false;
 }
 
-void NameRegistry::Remove(Kind kind, const std::string& name) {
+void NameRegistry::Remove(Kind kind, const std::string& name) noexcept {
   const std::lock_guard lock(mutex_);
-  if (names_.erase({kind, name}) != 0) Unlink(kind, name);
+  const auto entry = names_.find(EntryView{kind, name});
+  if (entry == names_.end()) return;
+  Unlink(kind, name);
+  names_.erase(entry);
 }
 
 void NameRegistry::End() {

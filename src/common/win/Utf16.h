@@ -16,4 +16,13 @@ inline std::wstring Utf16FromUtf8(std::string_view text) {
   return wide;
 }
 
+// The other way, for texts that the system hands out.
+inline std::string Utf8FromUtf16(std::wstring_view wide) {
+  const int size = static_cast<int>(wide.size());
+  const int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, nullptr, 0, nullptr, nullptr);
+  std::string text(static_cast<std::size_t>(length), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, text.data(), length, nullptr, nullptr);
+  return text;
+}
+
 }  // namespace TESSARIN_COMMON

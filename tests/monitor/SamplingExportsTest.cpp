@@ -1,0 +1,199 @@
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <ravo/ravo.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <ctime>
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "common/Platform.h"
+#include "support/Process.h"
+#include "support/Semaphore.h"
+
+namespace {
+
+using TESSARIN_COMMON::CurrentProcessId;
+using TESSARIN_COMMON::CurrentThreadId;
+
+constexpr std::uint64_t kNsPerSecond = 1'000'000'000;
+
+struct Thread {
+  std::string name;
+  std::uint64_t userNs = 0;
+  std::uint64_t kernelNs = 0;
+  [[nodiscard]] std::uint64_t CpuNs() const { return userNs + kernelNs; }
+};
+
+std::map<std::uint64_t, Thread> Threads() {
+  FfiList list = getThreadPerformance();
+  std::map<std::uint64_t, Thread> threads;
+  const auto* records = static_cast<ThreadBasicPerformance*>(list.data);
+  for (std::int32_t i = 0; i < list.count; ++i) {
+    EXPECT_EQ(records[i].reserved, 0u);
+    threads[records[i].threadId] = {records[i].name, records[i].userTime, records[i].kernelTime};
+  }
+  releeaseThreadBasicPerformanceListFFI(&list);
+  return threads;
+}
+
+std::string Take(char* text) {
+  std::string copy = text;
+  releaseCppStringFFI(text);
+  return copy;
+}
+
+// The processor time of the calling thread, by its own clock.
+std::uint64_t OwnCpuNs() {
+  timespec time{};
+  EXPECT_EQ(clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time), 0);
+  return static_cast<std::uint64_t>(time.tv_sec) * kNsPerSecond + static_cast<std::uint64_t>(time.tv_nsec);
+}
+
+// Keeps a core busy for a second of processor time, however long the machine takes to give it.
+void BurnASecond() {
+  const std::uint64_t start = OwnCpuNs();
+  while (OwnCpuNs() - start < kNsPerSecond) {
+    for (volatile int i = 0; i < 100000;) i = i + 1;
+  }
+}
+
+// A thread that has done its work and stays, to be looked at, until the end of the object.
+class Parked {
+ public:
+  template <class Work>
+  explicit Parked(Work work)
+      : thread_([this, work] {
+          id_ = CurrentThreadId();
+          work();
+          cpuNs_ = OwnCpuNs();
+          done_.release();
+          end_.acquire();
+        }) {
+    done_.acquire();
+  }
+  ~Parked() {
+    end_.release();
+    thread_.join();
+  }
+  [[nodiscard]] std::uint64_t Id() const { return id_; }
+  [[nodiscard]] std::uint64_t CpuNs() const { return cpuNs_; }  // by the thread's own clock
+
+ private:
+  std::uint64_t id_ = 0;
+  std::uint64_t cpuNs_ = 0;
+  support::Semaphore done_;
+  support::Semaphore end_;
+  std::thread thread_;  // last, as it uses the others
+};
+
+// Another process, and the id that it says.
+struct Child {
+  support::Process process{support::BesideTest("idle_program"), {}};
+  std::uint64_t id = 0;
+  Child() {
+    EXPECT_TRUE(process.WaitForOut("\n"));
+    id = std::stoull(process.Out());
+  }
+};
+
+void ExpectWithin(std::uint64_t value, std::uint64_t expected, double part) {
+  const auto wanted = static_cast<double>(expected);
+  EXPECT_NEAR(static_cast<double>(value), wanted, wanted * part);
+}
+
+TEST(SamplingExports, BurntCoreShowsInThreadProcessAndMachine) {
+  const SystemCpuTime machineBefore = getSystemCpuTime();
+  const ProcessPerformance processBefore = getProcessPerformance(CurrentProcessId());
+  const Parked burner(BurnASecond);
+  const ProcessPerformance process = getProcessPerformance(CurrentProcessId());
+  const SystemCpuTime machine = getSystemCpuTime();
+
+  ExpectWithin(Threads()[burner.Id()].CpuNs(), burner.CpuNs(), 0.15);
+  // Only the burner did anything in this process.
+  const std::uint64_t processors = std::thread::hardware_concurrency();
+  ExpectWithin((process.cpuTime - processBefore.cpuTime) * processors, burner.CpuNs(), 0.15);
+  const std::uint64_t busyTicks = (machine.total - machine.idle) - (machineBefore.total - machineBefore.idle);
+  EXPECT_GE(static_cast<double>(busyTicks) * 100, static_cast<double>(burner.CpuNs()) * 0.85);
+}
+
+TEST(SamplingExports, MachineTimesAddUp) {
+  const SystemCpuTime time = getSystemCpuTime();
+  EXPECT_GT(time.idle, 0u);
+  EXPECT_GT(time.user, 0u);
+  EXPECT_GE(time.kernel, time.idle);
+  EXPECT_EQ(time.total, time.kernel + time.user);
+}
+
+TEST(SamplingExports, WrittenMemoryShows) {
+  constexpr std::size_t kBytes = 64 << 20;
+  constexpr std::size_t kPageBytes = 4096;
+  const std::uint64_t before = getProcessPerformance(CurrentProcessId()).memoryBytes;
+  const std::unique_ptr<char[]> memory(new char[kBytes]);
+  for (std::size_t i = 0; i < kBytes; i += kPageBytes) static_cast<volatile char*>(memory.get())[i] = 1;
+  const std::uint64_t after = getProcessPerformance(CurrentProcessId()).memoryBytes;
+  EXPECT_GE(static_cast<double>(after - before), kBytes * 0.95);
+  EXPECT_LE(static_cast<double>(after - before), kBytes * 1.5);  // sanitizers add notes of their own
+}
+
+TEST(SamplingExports, OtherProcessExistsUntilItsEnd) {
+  Child child;
+  EXPECT_TRUE(isProcessExist(child.id));
+  EXPECT_TRUE(isProcessExist(child.id | std::uint64_t{1} << 32));  // the low 32 bits count
+  const ProcessPerformance living = getProcessPerformance(child.id);
+  EXPECT_EQ(living.status, 0);
+  EXPECT_GT(living.memoryBytes, 0u);
+
+  child.process.Kill();
+  ASSERT_TRUE(child.process.Wait());
+  // Its maker may hold it still.
+  EXPECT_FALSE(isProcessExist(child.id));
+  const ProcessPerformance ended = getProcessPerformance(child.id);
+  EXPECT_EQ(ended.status, -1);
+  EXPECT_EQ(ended.memoryBytes, 0u);
+}
+
+TEST(SamplingExports, ThreadIdIsNoProcess) {
+  const Parked thread([] {});
+  EXPECT_FALSE(isProcessExist(thread.Id()));
+  EXPECT_EQ(getProcessPerformance(thread.Id()).status, -1);
+}
+
+TEST(SamplingExports, ThreadsAreThoseThatLive) {
+  std::uint64_t endedId = 0;
+  {
+    const Parked ended([] {});
+    endedId = ended.Id();
+  }
+  const Parked first([] {});
+  const Parked second([] {});
+  // The system may list an ended thread for a moment.
+  while (Threads().contains(endedId)) std::this_thread::yield();
+  const auto threads = Threads();
+  EXPECT_TRUE(threads.contains(CurrentThreadId()));
+  for (const std::uint64_t id : {first.Id(), second.Id()}) {
+    ASSERT_TRUE(threads.contains(id));
+    EXPECT_EQ(threads.at(id).name, "thread " + std::to_string(id));
+  }
+}
+
+TEST(SamplingExports, MachineNamesAreTheSameEachTime) {
+  const std::string version = Take(getOsVersionString());
+  EXPECT_EQ(std::count(version.begin(), version.end(), '.'), 2) << version;
+  EXPECT_EQ(version.find_first_not_of("0123456789."), std::string::npos) << version;
+  EXPECT_EQ(Take(getManufacturer()), Take(getManufacturer()));
+  EXPECT_EQ(Take(getModel()), Take(getModel()));
+}
+
+TEST(SamplingExports, TemperatureIsNotTold) {
+  EXPECT_EQ(SMCInit(), 0u);
+  const TemperatureInfo info = getTemperature();
+  EXPECT_EQ(info.reserved[0], 0u);
+  EXPECT_EQ(info.reserved[1], 0u);
+  SMCUnInit();
+}
+
+}  // namespace
