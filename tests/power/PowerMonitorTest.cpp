@@ -1,0 +1,180 @@
+#include "power/PowerMonitor.h"
+
+#include <gmock/gmock.h>
+
+#include <deque>
+#include <utility>
+
+#include "support/FakeClock.h"
+#include "support/LogCapture.h"
+#include "support/Semaphore.h"
+
+using namespace TESSARIN_POWER;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+struct Readings {
+  std::optional<std::int32_t> percent = PowerSource::kNoBattery;
+  std::optional<bool> mains = true;
+  std::optional<bool> saver = true;
+};
+
+class ScriptedSource final : public PowerSource {
+ public:
+  explicit ScriptedSource(const Readings& readings) : readings_(readings) {}
+  std::optional<std::int32_t> BatteryPercent() override { return readings_.percent; }
+  std::optional<bool> OnMains() override { return readings_.mains; }
+  std::optional<bool> SaverOn() override { return readings_.saver; }
+
+ private:
+  const Readings& readings_;
+};
+
+// A system that sends what a test wants.
+class ScriptedWatch final : public SleepWatch {
+ public:
+  void Open(SleepCallbacks callbacks) override {
+    callbacks_ = std::move(callbacks);
+    open_ = true;
+  }
+  void Close() override { open_ = false; }
+  [[nodiscard]] bool IsOpen() const override { return open_; }
+  void Serve() override {
+    wake_.acquire();
+    std::deque<PowerEvent> events;
+    {
+      const std::lock_guard lock(mutex_);
+      events.swap(events_);
+    }
+    for (const PowerEvent event : events) ProcessPowerEvent(event, callbacks_);
+  }
+  void Wake() override { wake_.release(); }
+
+  void Send(PowerEvent event) {
+    const std::lock_guard lock(mutex_);
+    events_.push_back(event);
+    wake_.release();
+  }
+
+ private:
+  support::Semaphore wake_;
+  std::mutex mutex_;  // guards events_
+  std::deque<PowerEvent> events_;
+  bool open_ = false;
+  SleepCallbacks callbacks_;
+};
+
+class PowerMonitorTest : public testing::Test {
+ protected:
+  PowerMonitorTest() {
+    auto watch = std::make_unique<ScriptedWatch>();
+    watch_ = watch.get();
+    monitor_ = std::make_unique<PowerMonitor>(std::make_unique<ScriptedSource>(readings_), std::move(watch),
+                                              std::chrono::milliseconds(1), clock_);
+    const auto heard = [this](std::string what) {
+      const std::lock_guard lock(mutex_);
+      heard_.push_back(std::move(what));
+      count_.release();
+    };
+    monitor_->SetCallbacks({.saverChange = [=](bool on) { heard("saver " + std::to_string(on)); },
+                            .mainsChange = [=](bool on) { heard("mains " + std::to_string(on)); },
+                            .remainingChange = [=](std::int32_t percent) { heard(std::to_string(percent)); },
+                            .resume = [=] { heard("resume"); },
+                            .suspend = [=] { heard("suspend"); }});
+  }
+
+  // What was heard since the last call; waits for so much.
+  std::vector<std::string> Heard(int count = 0) {
+    for (int i = 0; i < count; ++i) count_.acquire();
+    const std::lock_guard lock(mutex_);
+    return std::exchange(heard_, {});
+  }
+  std::vector<std::string> Poll(const Readings& readings) {
+    readings_ = readings;
+    monitor_->InvokeCallback();
+    return Heard();
+  }
+
+  const support::LogCapture log_;
+  support::FakeClock clock_;
+  Readings readings_;
+  std::mutex mutex_;  // guards heard_
+  std::vector<std::string> heard_;
+  support::Semaphore count_;
+  ScriptedWatch* watch_;
+  std::unique_ptr<PowerMonitor> monitor_;
+};
+
+TEST_F(PowerMonitorTest, TellsOfWhatDiffersFromTheLastPollAndOfTheSaverAtTheFirst) {
+  EXPECT_THAT(Poll({255, true, false}), ElementsAre("saver 0"));
+  EXPECT_THAT(Poll({255, true, false}), IsEmpty());
+  EXPECT_THAT(Poll({40, false, true}), ElementsAre("40", "mains 0", "saver 1"));
+  EXPECT_THAT(Poll({std::nullopt, std::nullopt, std::nullopt}), IsEmpty());
+  EXPECT_THAT(Poll({39, false, true}), ElementsAre("39"));
+  EXPECT_THAT(Poll({300, true, true}), ElementsAre("100", "mains 1"));
+  EXPECT_TRUE(log_.Has("PowerMonitor::InvokeCallback() dRemain:40"));
+  EXPECT_TRUE(log_.Has("PowerMonitor::InvokeCallback() bChange:false"));
+  EXPECT_TRUE(log_.Has("PowerMonitor::InvokeCallback() bSaver:true"));
+}
+
+TEST_F(PowerMonitorTest, PollsAtTheFirstPeriodThatItWasGiven) {
+  readings_ = {40, true, true};
+  monitor_->StartWatch(10);
+  monitor_->StartWatch(1);
+  EXPECT_TRUE(log_.Has("Power Monitor is Running!"));
+  EXPECT_TRUE(log_.Has("start power monitor every 10 seconds"));
+  EXPECT_FALSE(log_.Has("start power monitor every 1 seconds"));
+  clock_.AdvanceMs(10000);
+  EXPECT_THAT(Heard(1), ElementsAre("40"));
+  monitor_->StopWatch();
+}
+
+TEST_F(PowerMonitorTest, WatchesSleepAloneWithoutAPeriod) {
+  readings_ = {40, true, true};
+  monitor_->StartWatch(0);
+  clock_.AdvanceMs(1'000'000);
+  watch_->Send(PowerEvent::Suspend);
+  EXPECT_THAT(Heard(1), ElementsAre("suspend"));
+  monitor_->StartWatch(0);
+  EXPECT_TRUE(log_.Has("Power Monitor is Running!"));
+}
+
+TEST_F(PowerMonitorTest, PassesSuspendAndResumeOnAsTheyCome) {
+  monitor_->StartWatch(3600);
+  const PowerEvent events[] = {PowerEvent::ResumeAutomatic, PowerEvent::Suspend,         PowerEvent::Suspend,
+                               PowerEvent::StatusChange,    PowerEvent::ResumeAutomatic, PowerEvent{7}};
+  for (const PowerEvent event : events) watch_->Send(event);
+  EXPECT_THAT(Heard(4), ElementsAre("resume", "suspend", "suspend", "resume"));
+  EXPECT_TRUE(log_.WaitFor("ProcessWmPowerBroadcastMessage event_id:7"));
+  EXPECT_TRUE(log_.Has("on power event: PBT_APMPOWERSTATUSCHANGE"));
+}
+
+TEST_F(PowerMonitorTest, StartsAnewAfterEachStop) {
+  monitor_->StopWatch();
+  EXPECT_TRUE(log_.Has("Power Monitor is not running!"));
+  for (int i = 0; i < 20; ++i) {  // whatever of it the runner has got to meanwhile
+    monitor_->StartWatch(3600);
+    monitor_->StopWatch();
+  }
+  EXPECT_EQ(log_.Count("Power Monitor has been stopped!"), 20);
+  monitor_->StartWatch(3600);
+  watch_->Send(PowerEvent::ResumeAutomatic);
+  EXPECT_THAT(Heard(1), ElementsAre("resume"));
+}
+
+TEST_F(PowerMonitorTest, AStopFromItsOwnCallbackEndsTheWatchAndNotTheTimer) {
+  PowerCallbacks callbacks;
+  callbacks.remainingChange = [this](std::int32_t) { monitor_->StopWatch(); };
+  monitor_->SetCallbacks(std::move(callbacks));
+  readings_.percent = 40;
+  monitor_->StartWatch(1);
+  clock_.AdvanceMs(1000);
+  EXPECT_TRUE(log_.WaitFor("Power Monitor has been stopped!"));
+  EXPECT_TRUE(log_.Has("stop timer thread error: Cannot be call stopThread in timer callback"));
+  monitor_->StartWatch(1);
+  EXPECT_FALSE(log_.Has("Power Monitor is Running!"));
+}
+
+}  // namespace

@@ -1,0 +1,88 @@
+#include <gmock/gmock.h>
+
+#include "power/PowerSaveBlockerImpl.h"
+#include "support/LogCapture.h"
+
+using namespace TESSARIN_POWER;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+struct Calls {
+  bool creates = true;
+  bool sets = true;
+  bool clears = true;
+  std::vector<std::string> made;
+};
+
+class ScriptedRequests final : public PowerRequests {
+ public:
+  explicit ScriptedRequests(Calls& calls) : calls_(calls) {}
+  Handle Create() override {
+    calls_.made.push_back("create");
+    return calls_.creates ? next_++ : kNone;
+  }
+  bool Set(Handle handle, PowerRequestType type) override { return Note("set", handle, type, calls_.sets); }
+  bool Clear(Handle handle, PowerRequestType type) override { return Note("clear", handle, type, calls_.clears); }
+  void Close(Handle handle) override { calls_.made.push_back("close " + std::to_string(handle)); }
+  [[nodiscard]] PowerRequestType ApplicationType() const override { return PowerRequestType::ExecutionRequired; }
+
+ private:
+  bool Note(const char* call, Handle handle, PowerRequestType type, bool result) {
+    calls_.made.push_back(std::string(call) + " " + std::to_string(handle) + " " +
+                          std::to_string(static_cast<int>(type)));
+    return result;
+  }
+
+  Calls& calls_;
+  Handle next_ = 0;
+};
+
+class PowerSaveBlockerTest : public testing::Test {
+ protected:
+  std::vector<std::string> Made() { return std::exchange(calls_.made, {}); }
+
+  const support::LogCapture log_;
+  Calls calls_;
+  PowerSaveBlockerImpl blocker_{std::make_unique<ScriptedRequests>(calls_)};
+};
+
+TEST_F(PowerSaveBlockerTest, HoldsEachKindOnceAndApart) {
+  blocker_.StopPreventDisplaySleep();
+  blocker_.StopPreventAppSuspension();
+  EXPECT_THAT(Made(), IsEmpty());
+  EXPECT_TRUE(blocker_.StartPreventDisplaySleep());
+  EXPECT_TRUE(blocker_.StartPreventAppSuspension());
+  EXPECT_THAT(Made(), ElementsAre("create", "set 0 0", "create", "set 1 3"));
+  EXPECT_TRUE(blocker_.StartPreventDisplaySleep());
+  EXPECT_TRUE(blocker_.StartPreventAppSuspension());
+  EXPECT_THAT(Made(), IsEmpty());
+  EXPECT_TRUE(log_.Has("preventDisplaySleepHandle is not null, already started"));
+  EXPECT_TRUE(log_.Has("preventAppSuspensionHandle is not null, already started"));
+  blocker_.StopPreventDisplaySleep();
+  EXPECT_THAT(Made(), ElementsAre("clear 0 0", "close 0"));
+  blocker_.StopPreventAppSuspension();
+  EXPECT_THAT(Made(), ElementsAre("clear 1 3", "close 1"));
+}
+
+TEST_F(PowerSaveBlockerTest, KeepsNothingOfAFailureAndTriesAgain) {
+  calls_.creates = false;
+  EXPECT_FALSE(blocker_.StartPreventDisplaySleep());
+  EXPECT_THAT(Made(), ElementsAre("create"));
+  calls_.creates = true;
+  calls_.sets = false;
+  calls_.clears = false;
+  EXPECT_FALSE(blocker_.StartPreventDisplaySleep());
+  EXPECT_THAT(Made(), ElementsAre("create", "set 0 0", "clear 0 0", "close 0"));
+  blocker_.StopPreventDisplaySleep();
+  EXPECT_THAT(Made(), IsEmpty());
+  calls_.sets = true;
+  EXPECT_TRUE(blocker_.StartPreventDisplaySleep());
+  for (const char* call : {"PowerCreateRequest", "PowerSetRequest", "PowerClearRequest"}) {
+    const auto lines = log_.Texts();
+    EXPECT_THAT(lines, testing::Contains(testing::StartsWith(std::string(call) + " fail errorcode:"))) << call;
+  }
+}
+
+}  // namespace
