@@ -77,10 +77,10 @@ std::int64_t Session::CallAsync(std::string_view method, std::string_view argume
     const std::lock_guard lock(mutex_);
     call = ++lastCall_;
     open = open_;
-    if (open) waiting_.emplace(call, std::move(callback));
+    waiting_.emplace(call, std::move(callback));
   }
   if (!open) {
-    callback({});
+    Answer(call, {});
     return call;
   }
   const std::string text = CallText(method, arguments, call);

@@ -71,6 +71,8 @@ class Session : private TESSARIN_COMMON::IIPCDelegate {
   // time-out or when the session has ended and none is left. The last kMaxEvents are kept.
   std::optional<Event> WaitEvent(std::string_view key, Milliseconds timeout);
   bool WaitClosed(Milliseconds timeout);
+  // The server's process; 0 if there is no connection, or the system does not tell.
+  [[nodiscard]] std::uint32_t ServerProcessId() const { return endpoint_.ServerProcessId(); }
 
   static constexpr std::size_t kMaxEvents = 10000;
 

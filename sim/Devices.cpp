@@ -80,22 +80,48 @@ Devices::Devices() {
               {kCamera, "sim-camera-2", "Virtual Camera", "", false, false, false, true}};
 }
 
-void Devices::Replace(std::vector<Device> devices) {
-  List before;
-  {
-    const std::lock_guard lock(mutex_);
-    before = std::exchange(devices_, std::move(devices));
-  }
-  Stage::Get().Now([this, before] {
-    for (std::int64_t type = 0; type < kDeviceTypes; ++type) {
-      List after;
-      {
-        const std::lock_guard lock(mutex_);
-        after = OfType(devices_, type);
-      }
-      TellChanges(type, OfType(before, type), after);
+void Devices::Replace(List devices) {
+  const std::lock_guard lock(mutex_);
+  Change(std::move(devices));
+}
+
+void Devices::Plug(const List& devices) {
+  const std::lock_guard lock(mutex_);
+  List all = devices_;
+  for (const auto& device : devices) {
+    std::erase_if(all, [&](const Device& known) { return known.type == device.type && known.id == device.id; });
+    if (device.isDefault) {
+      for (auto& other : all) other.isDefault = other.isDefault && other.type != device.type;
     }
-  });
+    all.push_back(device);
+  }
+  Change(std::move(all));
+}
+
+void Devices::Unplug(const std::vector<std::string>& ids) {
+  const std::lock_guard lock(mutex_);
+  List left = devices_;
+  std::erase_if(left, [&](const Device& device) { return std::ranges::find(ids, device.id) != ids.end(); });
+  Change(std::move(left));
+}
+
+// With the lock. What is told was settled here, so that a change that follows at once is told as a change of its own.
+void Devices::Change(List devices) {
+  std::array<std::optional<Device>, kDeviceTypes> used;
+  for (std::int64_t type = 0; type < kDeviceTypes; ++type) used[static_cast<std::size_t>(type)] = CurrentDevice(type);
+  const List before = std::exchange(devices_, std::move(devices));
+  for (std::int64_t type = 0; type < kDeviceTypes; ++type) {
+    const List listed = Listed(type);
+    std::string& chosen = states_[static_cast<std::size_t>(type)].currentId;
+    if (std::ranges::find(listed, chosen, &Device::id) == listed.end()) chosen.clear();
+    const auto& wasUsed = used[static_cast<std::size_t>(type)];
+    auto nowUsed = CurrentDevice(type);
+    if (wasUsed && nowUsed && wasUsed->id == nowUsed->id) nowUsed.reset();
+    Stage::Get().Now([type, nowUsed, old = OfType(before, type), now = OfType(devices_, type)] {
+      TellChanges(type, old, now);
+      if (nowUsed) Emit<&OnDeviceChange>(InfoOf(*nowUsed), true);
+    });
+  }
 }
 
 void Devices::TellChanges(std::int64_t type, const List& before, const List& after) {
@@ -106,14 +132,6 @@ void Devices::TellChanges(std::int64_t type, const List& before, const List& aft
   if (oldDefault && newDefault && oldDefault->id != newDefault->id) {
     Emit<&OnSystemDefaultDeviceChange>(type, InfoOf(*oldDefault), InfoOf(*newDefault));
   }
-  bool gone = false;
-  {
-    const std::lock_guard lock(mutex_);
-    std::string& current = states_[static_cast<std::size_t>(type)].currentId;
-    gone = !current.empty() && std::ranges::find(after, current, &Device::id) == after.end();
-    if (gone) current.clear();
-  }
-  if (gone && newDefault) Emit<&OnDeviceChange>(InfoOf(*newDefault), true);
 }
 
 void Devices::SetBlackList(std::vector<std::string> names) {
@@ -197,6 +215,12 @@ std::int32_t Devices::SetMute(std::int64_t type, bool mute) {
   return 0;
 }
 
+std::int64_t Devices::CapturedVolume(std::int64_t volume) const {
+  const std::lock_guard lock(mutex_);
+  const State& microphone = states_[kMicrophone];
+  return microphone.muted ? 0 : volume * microphone.volume / 100;
+}
+
 void Devices::TellVolume(std::int64_t type, const State& state) {
   if (type == kMicrophone) {
     Emit<&OnRecordingVolumeChange>(state.volume);
@@ -205,7 +229,7 @@ void Devices::TellVolume(std::int64_t type, const State& state) {
   }
 }
 
-Devices::List Devices::OfType(const List& devices, std::int64_t type) const {
+Devices::List Devices::OfType(const List& devices, std::int64_t type) {
   List found;
   std::ranges::copy_if(devices, std::back_inserter(found), [&](const Device& device) { return device.type == type; });
   return found;

@@ -31,15 +31,25 @@ struct Device {
   bool operator==(const Device&) const = default;
 };
 
+// How loud the devices of a type are.
+struct DeviceLevel {
+  std::int64_t type = kMicrophone;
+  std::int64_t volume = 0;
+  bool muted = false;
+};
+
 // Microphones, speakers and cameras with one current device, volume (0 to 100) and mute each. Entries come on Ravo's
 // thread; changes are told on the stage's thread.
 class Devices {
  public:
   static Devices& Get();
 
-  // Replaces all devices. What has come and gone is told, type by type: the devices in question, those of the type
-  // before and those after. A current device that is gone gives way to the default one.
+  // What has come and gone is told, type by type: the devices in question, those of the type before and those after. A
+  // chosen device that is gone gives way to the default one, which is told too. A device that is known by type and id
+  // takes the form that it is plugged in with.
   void Replace(std::vector<Device> devices);
+  void Plug(const std::vector<Device>& devices);
+  void Unplug(const std::vector<std::string>& ids);
 
   // The policy that the options ask for.
   void SetBlackList(std::vector<std::string> names);
@@ -56,6 +66,8 @@ class Devices {
   std::int32_t SetVolume(std::int64_t type, std::int64_t volume);
   [[nodiscard]] bool IsMuted(std::int64_t type) const;
   std::int32_t SetMute(std::int64_t type, bool mute);
+  // What a sound of this volume before the microphone comes to.
+  [[nodiscard]] std::int64_t CapturedVolume(std::int64_t volume) const;
 
   void ReportLosses() const { lent_.ReportLosses(); }
 
@@ -68,11 +80,12 @@ class Devices {
   using List = std::vector<Device>;
 
   Devices();
-  [[nodiscard]] List OfType(const List& devices, std::int64_t type) const;
+  [[nodiscard]] static List OfType(const List& devices, std::int64_t type);
   [[nodiscard]] List Listed(std::int64_t type) const;
   [[nodiscard]] std::optional<Device> CurrentDevice(std::int64_t type) const;
   [[nodiscard]] Device SameAsSystem(std::int64_t type, const List& devices) const;
-  void TellChanges(std::int64_t type, const List& before, const List& after);
+  void Change(List devices);
+  static void TellChanges(std::int64_t type, const List& before, const List& after);
   static void TellVolume(std::int64_t type, const State& state);
 
   mutable std::mutex mutex_;
@@ -99,5 +112,10 @@ inline constexpr auto kFields<sim::Device> = Fields(Field{"type", &sim::Device::
                                                     Field{"isBuiltin", &sim::Device::isBuiltin},
                                                     Field{"isBluetooth", &sim::Device::isBluetooth},
                                                     Field{"isVirtual", &sim::Device::isVirtual});
+
+template <>
+inline constexpr auto kFields<sim::DeviceLevel> = Fields(Field{"type", &sim::DeviceLevel::type},
+                                                         Field{"volume", &sim::DeviceLevel::volume},
+                                                         Field{"muted", &sim::DeviceLevel::muted});
 
 }  // namespace TESSARIN_COMMON

@@ -21,7 +21,6 @@ void Tell(A... arguments) {
   Stage::Get().Now([=] { Emit<Registration>(arguments...); });
 }
 
-std::atomic<bool> localAudio{false};
 std::atomic<std::int64_t> messages{0};
 
 std::int64_t Join(const char*, const char* roomId, const JoinUser* user, const JoinRoomOption*) {
@@ -33,7 +32,7 @@ std::int64_t SubscribeStream(const char* sid, std::int64_t media, std::int64_t, 
 }
 
 std::int64_t SwitchLocalAudio(bool enable) {
-  if (localAudio.exchange(enable) != enable) Tell<&OnLocalAudioStateChanged>(std::int64_t{enable}, std::int64_t{0});
+  LocalMedia::Get().EnableAudio(enable);
   return 0;
 }
 
@@ -112,7 +111,7 @@ SIM_PLAIN(1, SetLocalScreenFrameCallback)
 SIM_PLAIN(4, SetVideoSourceType)
 
 SIM_ENTRY(1, EnableLocalAudio, &sim::SwitchLocalAudio)
-SIM_ENTRY(0, IsMuteLocalAudio, [] { return !sim::localAudio; })
+SIM_ENTRY(0, IsMuteLocalAudio, [] { return !sim::LocalMedia::Get().IsAudioEnabled(); })
 SIM_PLAIN(1, EnableMicAagc)
 SIM_PLAIN(1, SetAecOption)
 SIM_PLAIN(1, SetPlaybackVolume)

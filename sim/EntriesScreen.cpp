@@ -1,9 +1,7 @@
 // Screen sharing.
-#include "Callbacks.h"
 #include "Entry.h"
 #include "LocalMedia.h"
 #include "Screens.h"
-#include "Stage.h"
 
 namespace sim {
 namespace {
@@ -12,12 +10,6 @@ constexpr std::int64_t kVideo = 2;  // a bit of the media that is published
 
 std::int64_t Publish(std::int64_t media, bool on) {
   if ((media & kVideo) != 0) LocalMedia::Get().PublishScreen(on);
-  return 0;
-}
-
-template <auto Registration>
-std::int64_t TellAudio(std::int64_t) {
-  Stage::Get().Now([] { Emit<Registration>(); });
   return 0;
 }
 
@@ -32,9 +24,12 @@ SIM_ENTRY(3, StartScreenCapture, [](std::int64_t id, bool isDesktop, std::int64_
   return sim::Screens::Get().StartCapture(id, isDesktop, channel);
 })
 SIM_ENTRY(1, StopScreenCapture, [](std::int64_t channel) { return sim::Screens::Get().StopCapture(channel); })
-SIM_ENTRY(2, GetCaptureRect, [](std::int64_t, ScreenRect* out) { *out = sim::Screens::Get().CaptureRect(); })
-SIM_ENTRY(1, StartScreenAudioCapture, &sim::TellAudio<&OnAudioCapturerStart>)
-SIM_ENTRY(1, StopScreenAudioCapture, &sim::TellAudio<&OnAudioCapturerStop>)
+SIM_ENTRY(2, GetCaptureRect,
+          [](std::int64_t channel, ScreenRect* out) { *out = sim::Screens::Get().CaptureRect(channel); })
+SIM_ENTRY(1, StartScreenAudioCapture,
+          [](std::int64_t channel) { return sim::Screens::Get().CaptureAudio(channel, true); })
+SIM_ENTRY(1, StopScreenAudioCapture,
+          [](std::int64_t channel) { return sim::Screens::Get().CaptureAudio(channel, false); })
 
 SIM_ENTRY(1, SCGetDesktopList, [](DesktopList* out) { sim::Screens::Get().LendDesktops(*out); })
 SIM_ENTRY(2, FreeDesktopListVector,

@@ -79,6 +79,11 @@ void LocalMedia::SetPreview(bool on) {
                                 });
 }
 
+void LocalMedia::EnableAudio(bool on) {
+  if (audio_.exchange(on) == on) return;
+  Stage::Get().Now([on] { Emit<&OnLocalAudioStateChanged>(std::int64_t{on}, std::int64_t{0}); });
+}
+
 void LocalMedia::EnableVideo(bool on) {
   {
     const std::lock_guard lock(mutex_);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -15,9 +16,9 @@ struct LocalSource {
   Encoding encoding;
 };
 
-// The user's own pictures: the preview, whose frames have no user id, and in a room the published camera and screen.
-// A source that is switched on outside of a room is published when the room is joined. Entries come on Ravo's thread,
-// the room's news on the stage's.
+// What the user sends himself: whether he is heard, and his pictures, which are the preview, whose frames have no user
+// id, and in a room the published camera and screen. A source that is switched on outside of a room is published when
+// the room is joined. Entries come on Ravo's thread, the room's news on the stage's.
 class LocalMedia {
  public:
   static LocalMedia& Get();
@@ -28,6 +29,8 @@ class LocalMedia {
   [[nodiscard]] LocalSource Screen() const;
 
   void SetPreview(bool on);
+  void EnableAudio(bool on);
+  [[nodiscard]] bool IsAudioEnabled() const { return audio_; }
   void EnableVideo(bool on);
   [[nodiscard]] bool IsVideoEnabled() const;
   void PublishScreen(bool on);
@@ -49,6 +52,7 @@ class LocalMedia {
   void Publish(std::int64_t streamIndex, const std::string& userId, const LocalSource& source);
   static void Unpublish(std::int64_t streamIndex, const std::string& userId);
 
+  std::atomic<bool> audio_{false};
   mutable std::mutex mutex_;
   // Guarded by mutex_.
   Published published_[2];  // camera and screen, by stream index

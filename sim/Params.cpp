@@ -11,6 +11,7 @@
 #include "Firing.h"
 #include "Journal.h"
 #include "LocalMedia.h"
+#include "Pulse.h"
 #include "Room.h"
 #include "Screens.h"
 #include "Stage.h"
@@ -56,10 +57,32 @@ void SetLeave(const Value& value) {
   for (const auto& user : value.GetArray()) Room::Get().RemoveUser(Text(user));
 }
 
-void SetDevices(const Value& value) {
+std::vector<Device> ReadDevices(const Value& value) {
   std::vector<Device> devices;
   JsonNode(&value).Get("", devices);
-  Devices::Get().Replace(std::move(devices));
+  return devices;
+}
+
+void Unplug(const Value& value) {
+  std::vector<std::string> ids;
+  JsonNode(&value).Get("", ids);
+  Devices::Get().Unplug(ids);
+}
+
+void SetLevels(const Value& value) {
+  Devices& devices = Devices::Get();
+  for (const auto& row : value.GetArray()) {
+    const std::int64_t type = Read(row, DeviceLevel{}).type;
+    const DeviceLevel level = Read(row, DeviceLevel{type, devices.Volume(type), devices.IsMuted(type)});
+    if (devices.SetVolume(type, level.volume) != 0) throw std::runtime_error("no such device or volume");
+    devices.SetMute(type, level.muted);
+  }
+}
+
+void SetPace(const Value& value) {
+  const PulseRates rates = Read(value, Pulse::Get().Rates());
+  if (!rates.IsUsable()) throw std::runtime_error("a time is below 0");
+  Pulse::Get().SetRates(rates);
 }
 
 void SetDelays(const Value& value) {
@@ -89,7 +112,11 @@ constexpr Key kKeys[] = {
     {"sim.journal", [](const Value& value) { Journal::Get().Open(Text(value)); }},
     {"sim.room", &SetRoom},
     {"sim.leave", &SetLeave},
-    {"sim.devices", &SetDevices},
+    {"sim.pace", &SetPace},
+    {"sim.devices", [](const Value& value) { Devices::Get().Replace(ReadDevices(value)); }},
+    {"sim.plug", [](const Value& value) { Devices::Get().Plug(ReadDevices(value)); }},
+    {"sim.unplug", &Unplug},
+    {"sim.levels", &SetLevels},
     {"sim.camera", [](const Value& v) { LocalMedia::Get().SetCamera(ReadSource(v, LocalMedia::Get().Camera())); }},
     {"sim.screen", [](const Value& v) { LocalMedia::Get().SetScreen(ReadSource(v, LocalMedia::Get().Screen())); }},
     {"sim.screens", [](const Value& value) { Screens::Get().Replace(Read(value, ScreenScene{})); }},

@@ -5,6 +5,7 @@
 #include "Callbacks.h"
 #include "Frames.h"
 #include "LocalMedia.h"
+#include "Pulse.h"
 #include "Stage.h"
 #include "common/Clock.h"
 
@@ -98,6 +99,7 @@ void Room::TellJoined(std::int64_t stay, std::int64_t startedMs) {
   Emit<&OnRoomStateChanged>(roomId.c_str(), userId.c_str(), std::int64_t{0}, std::intptr_t{0}, kJoined, elapsedMs);
   for (const auto& member : members) ScheduleEnter(member, stay);
   LocalMedia::Get().OnRoomJoined(userId);
+  Pulse::Get().Start();
 }
 
 void Room::ScheduleEnter(const MemberPtr& member, std::int64_t stay) {
@@ -238,9 +240,16 @@ std::int64_t Room::Unsubscribe(std::string_view sid) {
   return 0;
 }
 
-std::string Room::JoinedAs() const {
+Company Room::Present() const {
   const std::lock_guard lock(mutex_);
-  return joined_ ? userId_ : "";
+  if (!joined_) return {};
+  Company company{userId_, {}};
+  for (const auto& member : members_) {
+    const std::string& user = member->participant.userId;
+    const bool known = std::ranges::find(company.others, user) != company.others.end();
+    if (member->present && !known) company.others.push_back(user);
+  }
+  return company;
 }
 
 Room::MemberPtr Room::Find(std::string_view sid) const {

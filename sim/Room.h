@@ -18,6 +18,12 @@ struct RoomManners {
   std::int64_t subscribeDelayMs = 5;
 };
 
+// Who is in the room; all empty outside of one.
+struct Company {
+  std::string self;
+  std::vector<std::string> others;
+};
+
 // The meeting and the other users in it. The entries come on Ravo's thread, the news go out on the stage's thread and
 // on those of the streams, always with no lock held. What was promised for one stay in the room is dropped with it:
 // each stay has its number.
@@ -40,8 +46,7 @@ class Room {
                          std::int64_t frameRate);
   std::int64_t Unsubscribe(std::string_view sid);
 
-  // The own user id while the room has been joined, else empty.
-  [[nodiscard]] std::string JoinedAs() const;
+  [[nodiscard]] Company Present() const;
 
  private:
   struct Member {

@@ -24,6 +24,26 @@ void SendThumbnails(const std::vector<std::int64_t>& ids, std::int64_t width, st
   });
 }
 
+enum CaptureState : std::int64_t { kEnded = 0, kRuns = 1 };
+
+void TellStatus(std::int64_t state, std::int64_t id, std::int64_t channel) {
+  Stage::Get().Now([=] { Emit<&OnScreenCaptureStatus>(state, id, channel); });
+}
+
+void TellMoved(std::int64_t id, bool isDesktop, std::int64_t channel) {
+  Stage::Get().Now([=] {
+    if (isDesktop) {
+      Emit<&OnShareDesktopChanged>(id, channel);
+    } else {
+      Emit<&OnShareWindowChanged>(id, std::int64_t{kRuns}, channel);
+    }
+  });
+}
+
+bool IsSame(const ScreenRect& a, const ScreenRect& b) {
+  return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
+}
+
 }  // namespace
 
 Screens& Screens::Get() {
@@ -40,6 +60,23 @@ Screens::Screens() {
 void Screens::Replace(ScreenScene scene) {
   const std::lock_guard lock(mutex_);
   scenes_.push_back(std::make_unique<const ScreenScene>(std::move(scene)));
+  FollowScene();
+}
+
+// With the lock.
+void Screens::FollowScene() {
+  for (auto capture = captures_.begin(); capture != captures_.end();) {
+    auto& [channel, what] = *capture;
+    ScreenRect rect{};
+    if (!FindRect(what.id, what.isDesktop, rect)) {
+      TellStatus(kEnded, what.id, channel);
+      capture = captures_.erase(capture);
+      continue;
+    }
+    if (!IsSame(rect, what.rect)) TellMoved(what.id, what.isDesktop, channel);
+    what.rect = rect;
+    ++capture;
+  }
 }
 
 void Screens::LendDesktops(DesktopList& out) {
@@ -73,36 +110,38 @@ void Screens::SendWindowThumbnails(std::int64_t width, std::int64_t height) {
 }
 
 std::int64_t Screens::StartCapture(std::int64_t id, bool isDesktop, std::int64_t channel) {
-  ScreenRect rect{};
-  bool found = false;
-  {
-    const std::lock_guard lock(mutex_);
-    found = FindRect(id, isDesktop, rect);
-    if (found) captured_ = rect;
-    if (found) capturedId_ = id;
-  }
-  if (!found) {
+  const std::lock_guard lock(mutex_);
+  Capture capture{id, isDesktop, {}};
+  if (!FindRect(id, isDesktop, capture.rect)) {
     Stage::Get().Now([] { Emit<&OnScreenCaptureStartResult>(std::int64_t{-1}); });
     return -1;
   }
-  Stage::Get().Now([=] { Emit<&OnScreenCaptureStatus>(std::int64_t{1}, id, channel); });
+  captures_[channel] = capture;
+  TellStatus(kRuns, id, channel);
   return 0;
 }
 
 std::int64_t Screens::StopCapture(std::int64_t channel) {
-  std::int64_t id = 0;
-  {
-    const std::lock_guard lock(mutex_);
-    id = std::exchange(capturedId_, 0);
-    captured_ = {};
-  }
-  if (id != 0) Stage::Get().Now([=] { Emit<&OnScreenCaptureStatus>(std::int64_t{0}, id, channel); });
+  const std::lock_guard lock(mutex_);
+  const auto found = captures_.find(channel);
+  if (found == captures_.end()) return 0;
+  TellStatus(kEnded, found->second.id, channel);
+  captures_.erase(found);
   return 0;
 }
 
-ScreenRect Screens::CaptureRect() const {
+std::int64_t Screens::CaptureAudio(std::int64_t channel, bool on) {
   const std::lock_guard lock(mutex_);
-  return captured_;
+  const bool changes = on ? audioChannels_.insert(channel).second : audioChannels_.erase(channel) != 0;
+  if (changes && on) Stage::Get().Now([] { Emit<&OnAudioCapturerStart>(); });
+  if (changes && !on) Stage::Get().Now([] { Emit<&OnAudioCapturerStop>(); });
+  return 0;
+}
+
+ScreenRect Screens::CaptureRect(std::int64_t channel) const {
+  const std::lock_guard lock(mutex_);
+  const auto found = captures_.find(channel);
+  return found == captures_.end() ? ScreenRect{} : found->second.rect;
 }
 
 std::int64_t Screens::PidOf(std::int64_t windowId) const {

@@ -3,8 +3,10 @@
 #include <ravo/engine_abi.h>
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -45,6 +47,7 @@ class Screens {
  public:
   static Screens& Get();
 
+  // What is being captured follows its desktop or window, and ends with it.
   void Replace(ScreenScene scene);
 
   // The entries.
@@ -56,14 +59,23 @@ class Screens {
   void SendWindowThumbnails(std::int64_t width, std::int64_t height);
   std::int64_t StartCapture(std::int64_t id, bool isDesktop, std::int64_t channel);
   std::int64_t StopCapture(std::int64_t channel);
-  [[nodiscard]] ScreenRect CaptureRect() const;
+  std::int64_t CaptureAudio(std::int64_t channel, bool on);
+  // All 0 for a channel that captures nothing.
+  [[nodiscard]] ScreenRect CaptureRect(std::int64_t channel) const;
   // Of a window by its id; 0 if there is none.
   [[nodiscard]] std::int64_t PidOf(std::int64_t windowId) const;
 
   void ReportLosses() const;
 
  private:
+  struct Capture {
+    std::int64_t id = 0;
+    bool isDesktop = false;
+    ScreenRect rect{};
+  };
+
   Screens();
+  void FollowScene();
   [[nodiscard]] std::vector<std::int64_t> Ids(bool desktops) const;
   bool FindRect(std::int64_t id, bool isDesktop, ScreenRect& out) const;
   [[nodiscard]] const ScreenScene& Scene() const { return *scenes_.back(); }
@@ -73,8 +85,8 @@ class Screens {
   LentLists<WindowInfo> lentWindows_{"windows"};
   // Guarded by mutex_. The last scene counts; the earlier ones are kept, as lists that are out point to their texts.
   std::vector<std::unique_ptr<const ScreenScene>> scenes_;
-  ScreenRect captured_{};
-  std::int64_t capturedId_ = 0;
+  std::map<std::int64_t, Capture> captures_;  // by channel
+  std::set<std::int64_t> audioChannels_;
 };
 
 }  // namespace sim

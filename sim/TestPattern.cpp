@@ -67,7 +67,7 @@ void TestPattern::Draw(std::int64_t frameNumber, std::int64_t timeMs, Picture& p
 }
 
 void TestPattern::DrawBands(std::int64_t frameNumber, Plane& luma) {
-  const auto needed = static_cast<std::size_t>(luma.width + kBandPeriod);
+  const auto needed = static_cast<std::size_t>(luma.width) + kBandPeriod;
   for (std::size_t i = band_.size(); i < needed; ++i) {
     const int phase = static_cast<int>(i) % kBandPeriod;
     band_.push_back(static_cast<std::uint8_t>(48 + std::min(phase, kBandPeriod - phase) * 2));

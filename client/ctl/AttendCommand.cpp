@@ -9,6 +9,8 @@
 #include "Files.h"
 #include "Meeting.h"
 #include "StreamReading.h"
+#include "Table.h"
+#include "common/JsonWriter.h"
 
 namespace ravo::ctl {
 namespace {
@@ -21,7 +23,7 @@ class Visit {
         subscribes_(context.line.Value("--subscribe", "all") == "all"),
         seconds_(context.line.Number("--seconds", 5, 1)),
         meeting_(context, context.Word(0), context.Word(1)) {
-    fmt::print("joined {} as {}\n", meeting_.Room(), meeting_.User());
+    if (!context.line.Json()) fmt::print("joined {} as {}\n", meeting_.Room(), meeting_.User());
   }
 
   // Takes in streams until the time is over, which begins with the first one.
@@ -51,7 +53,8 @@ void Visit::Stay() {
 }
 
 void Visit::Add(const MeetingStream& stream) {
-  fmt::print("stream {} of {}{}\n", stream.sid, stream.uid, stream.isScreen ? ", a screen" : "");
+  if (!context_.line.Json())
+    fmt::print("stream {} of {}{}\n", stream.sid, stream.uid, stream.isScreen ? ", a screen" : "");
   if (subscribes_) meeting_.Subscribe(stream);
   streams_.push_back(std::make_unique<StreamReading>(context_.slots, stream.sid, stream.uid, stream.isScreen));
 }
@@ -81,15 +84,41 @@ std::string AgeText(const StreamReading& stream, int percent) {
   return age ? fmt::format("{} ms", *age) : "n/a";
 }
 
-bool Visit::PrintTable() const {
-  bool complete = true;
-  fmt::print("\n{:<24} {:<16} {:>10} {:>7} {:>7} {:>8} {:>8}\n", "STREAM", "USER", "SIZE", "FRAMES", "PER S", "AGE P50",
-             "AGE P99");
-  for (const auto& stream : streams_) {
+std::string TextTable(const std::vector<std::unique_ptr<StreamReading>>& streams) {
+  Table table({"STREAM", "USER", " SIZE", " FRAMES", " PER S", " AGE P50", " AGE P99"});
+  for (const auto& stream : streams) {
     const auto& frame = stream->LastFrame();
-    fmt::print("{:<24} {:<16} {:>10} {:>7} {:>7.1f} {:>8} {:>8}\n", stream->Sid(), stream->Uid(),
-               fmt::format("{}x{}", frame.width, frame.height), stream->Frames(), stream->FramesPerSecond(),
-               AgeText(*stream, 50), AgeText(*stream, 99));
+    table.Add({stream->Sid(), stream->Uid(), fmt::format("{}x{}", frame.width, frame.height),
+               std::to_string(stream->Frames()), fmt::format("{:.1f}", stream->FramesPerSecond()), AgeText(*stream, 50),
+               AgeText(*stream, 99)});
+  }
+  return table.Text();
+}
+
+// Ages that are not known are -1.
+std::string JsonTable(const std::vector<std::unique_ptr<StreamReading>>& streams) {
+  TESSARIN_COMMON::JsonWriter writer;
+  writer.StartArray();
+  for (const auto& stream : streams) {
+    writer.StartObject();
+    writer.Add("sid", stream->Sid());
+    writer.Add("uid", stream->Uid());
+    writer.Add("width", stream->LastFrame().width);
+    writer.Add("height", stream->LastFrame().height);
+    writer.Add("frames", stream->Frames());
+    writer.Add("framesPerSecond", stream->FramesPerSecond());
+    writer.Add("ageP50Ms", Percentile(stream->AgesMs(), 50).value_or(-1));
+    writer.Add("ageP99Ms", Percentile(stream->AgesMs(), 99).value_or(-1));
+    writer.EndObject();
+  }
+  writer.EndArray();
+  return writer.Text() + '\n';
+}
+
+bool Visit::PrintTable() const {
+  fmt::print("{}", context_.line.Json() ? JsonTable(streams_) : '\n' + TextTable(streams_));
+  bool complete = true;
+  for (const auto& stream : streams_) {
     if (subscribes_ && stream->Frames() == 0) complete = false;
     if (!stream->Failure().empty()) fmt::print(stderr, "ravoctl: {}: {}\n", stream->Sid(), stream->Failure());
   }
@@ -98,9 +127,13 @@ bool Visit::PrintTable() const {
 
 }  // namespace
 
-void CheckAttend(const CommandLine& line) {
+void CheckSubscribe(const CommandLine& line) {
   const std::string subscribe = line.Value("--subscribe", "all");
   if (subscribe != "all" && subscribe != "none") throw UsageError("--subscribe takes all or none, not " + subscribe);
+}
+
+void CheckAttend(const CommandLine& line) {
+  CheckSubscribe(line);
   (void)line.Number("--seconds", 5, 1);
 }
 

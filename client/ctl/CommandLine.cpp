@@ -7,7 +7,8 @@ namespace {
 
 const std::map<std::string, bool> kOptionTakesValue = {
     {"--pipe", true},      {"--timeout", true}, {"--json", false},   {"--help", false}, {"--frames", true},
-    {"--subscribe", true}, {"--seconds", true}, {"--png-dir", true}, {"--join", true},  {"--as", true}};
+    {"--subscribe", true}, {"--seconds", true}, {"--png-dir", true}, {"--join", true},  {"--as", true},
+    {"--until", true},     {"--text", false},   {"--rounds", true},  {"--pids", true}};
 
 }  // namespace
 
@@ -23,6 +24,14 @@ CommandLine::CommandLine(const std::vector<std::string>& arguments) {
     if (known->second && i + 1 == arguments.size()) throw UsageError("the option " + argument + " lacks its value");
     options_[argument] = known->second ? arguments[++i] : "";
   }
+}
+
+std::vector<std::string> CommandLine::OptionsWithValue() {
+  std::vector<std::string> options;
+  for (const auto& [option, takesValue] : kOptionTakesValue) {
+    if (takesValue) options.push_back(option);
+  }
+  return options;
 }
 
 std::string CommandLine::Value(const std::string& option, const std::string& otherwise) const {

@@ -26,6 +26,8 @@ class CommandLine {
   // A whole number from `least` on; anything else is a UsageError.
   [[nodiscard]] int Number(const std::string& option, int otherwise, int least) const;
   [[nodiscard]] std::chrono::seconds Timeout() const { return std::chrono::seconds(Number("--timeout", 10, 0)); }
+  // Of all commands.
+  [[nodiscard]] static std::vector<std::string> OptionsWithValue();
   [[nodiscard]] bool Json() const { return Has("--json"); }
 
  private:

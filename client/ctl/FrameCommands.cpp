@@ -5,6 +5,8 @@
 #include "Commands.h"
 #include "Files.h"
 #include "Meeting.h"
+#include "Output.h"
+#include "common/JsonWriter.h"
 #include "reader/Y4mWriter.h"
 
 namespace ravo::ctl {
@@ -80,7 +82,12 @@ int RunSnapshot(Context& context) {
   source.Read(frame);
   source.Close();
   WritePng(context.Word(1), frame);
-  fmt::print("{}: {}x{}\n", context.Word(1), frame.width, frame.height);
+  if (context.line.Json()) {
+    PrintLine(fmt::format("{{\"file\":{},\"width\":{},\"height\":{}}}", TESSARIN_COMMON::JsonText(context.Word(1)),
+                          frame.width, frame.height));
+  } else {
+    fmt::print("{}: {}x{}\n", context.Word(1), frame.width, frame.height);
+  }
   return 0;
 }
 
@@ -97,7 +104,11 @@ int RunRecord(Context& context) {
     }
   }
   source.Close();
-  fmt::print("{}: {} frames\n", context.Word(1), frames);
+  if (context.line.Json()) {
+    PrintLine(fmt::format("{{\"file\":{},\"frames\":{}}}", TESSARIN_COMMON::JsonText(context.Word(1)), frames));
+  } else {
+    fmt::print("{}: {} frames\n", context.Word(1), frames);
+  }
   return 0;
 }
 

@@ -32,9 +32,11 @@ std::size_t LargestOf(JsonNode& encodings) {
   return largest;
 }
 
+}  // namespace
+
 // The event's arguments: user, stream, whether it is a screen, encodings.
-MeetingStream StreamOf(const client::Event& event) {
-  JsonNode arguments(event.content);
+MeetingStream StreamOf(const client::Event& streamAdded) {
+  JsonNode arguments(streamAdded.content);
   MeetingStream stream;
   arguments[0].Get("", stream.uid);
   arguments[1].Get("", stream.sid);
@@ -43,18 +45,33 @@ MeetingStream StreamOf(const client::Event& event) {
   return stream;
 }
 
-}  // namespace
+void RequestJoin(const Context& context, const std::string& room, const std::string& user) {
+  JsonWriter arguments;
+  arguments.StartArray();
+  for (const std::string& text : {std::string("token"), room, user, std::string()}) arguments.Add(nullptr, text);
+  arguments.EndArray();
+  const std::string result = context.Call("JoinMeeting", arguments.Text());
+  if (result.starts_with('-')) throw std::runtime_error("JoinMeeting: the engine refuses with " + result);
+}
+
+void RequestVideo(const Context& context, const MeetingStream& stream) {
+  JsonWriter arguments;
+  arguments.StartArray();
+  arguments.Add(nullptr, stream.sid);
+  arguments.Add(nullptr, static_cast<std::uint64_t>(stream.largest));
+  arguments.Add(nullptr, std::int32_t{0});
+  arguments.StartObject();
+  arguments.Add("subscribeClientId", kClientId);
+  arguments.EndObject();
+  arguments.EndArray();
+  context.Call("SubscribeVideo", arguments.Text());
+}
 
 Meeting::Meeting(const Context& context, std::string room, std::string user)
     : context_(context), room_(std::move(room)), user_(std::move(user)) {
   Expect("connect");
   Expect("INIT");
-  JsonWriter arguments;
-  arguments.StartArray();
-  for (const std::string& text : {std::string("token"), room_, user_, std::string()}) arguments.Add(nullptr, text);
-  arguments.EndArray();
-  const std::string result = context_.Call("JoinMeeting", arguments.Text());
-  if (result.starts_with('-')) throw std::runtime_error("JoinMeeting: the engine refuses with " + result);
+  RequestJoin(context_, room_, user_);
   Expect("JOIN_CHANNEL_SUCCESS");
 }
 
@@ -76,19 +93,6 @@ std::optional<MeetingStream> Meeting::NextStream(Clock::time_point end) {
     }
   }
   return std::nullopt;
-}
-
-void Meeting::Subscribe(const MeetingStream& stream) const {
-  JsonWriter arguments;
-  arguments.StartArray();
-  arguments.Add(nullptr, stream.sid);
-  arguments.Add(nullptr, static_cast<std::uint64_t>(stream.largest));
-  arguments.Add(nullptr, std::int32_t{0});
-  arguments.StartObject();
-  arguments.Add("subscribeClientId", kClientId);
-  arguments.EndObject();
-  arguments.EndArray();
-  context_.Call("SubscribeVideo", arguments.Text());
 }
 
 void Meeting::Leave() const {

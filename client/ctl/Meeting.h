@@ -17,6 +17,12 @@ struct MeetingStream {
   std::size_t largest = 0;  // the index of the encoding with the most pixels
 };
 
+// The pieces that a visit is made of.
+void RequestJoin(const Context& context, const std::string& room, const std::string& user);
+[[nodiscard]] MeetingStream StreamOf(const client::Event& streamAdded);
+// Asks for the video of the stream's largest encoding. A slot follows with the first frame.
+void RequestVideo(const Context& context, const MeetingStream& stream);
+
 // One visit of a command to a meeting. Belongs to the command's thread. What does not succeed within --timeout is a
 // std::runtime_error; the end of the program is then the end of the visit, too.
 class Meeting {
@@ -28,8 +34,7 @@ class Meeting {
 
   // The next stream of somebody else that turns up; nothing when the time has come.
   [[nodiscard]] std::optional<MeetingStream> NextStream(Clock::time_point end);
-  // Asks for the video of its largest encoding. A slot follows with the first frame.
-  void Subscribe(const MeetingStream& stream) const;
+  void Subscribe(const MeetingStream& stream) const { RequestVideo(context_, stream); }
   // Nobody may be reading frames any more.
   void Leave() const;
 

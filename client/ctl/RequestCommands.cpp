@@ -1,8 +1,9 @@
 #include <fmt/format.h>
 
-#include <cstdio>
-
 #include "Commands.h"
+#include "Meeting.h"
+#include "Output.h"
+#include "Table.h"
 #include "common/JsonNode.h"
 #include "common/JsonWriter.h"
 
@@ -10,22 +11,6 @@ namespace ravo::ctl {
 namespace {
 
 using TESSARIN_COMMON::JsonNode;
-
-// Somebody may read it from a pipe, line by line.
-void PrintLine(const std::string& text) {
-  fmt::print("{}\n", text);
-  std::fflush(stdout);
-}
-
-// JSON text as text without white space; as it is, should it not be JSON.
-std::string Compact(const std::string& json) {
-  rapidjson::Document document;
-  if (document.Parse(json.c_str()).HasParseError()) return TESSARIN_COMMON::JsonText(json);
-  rapidjson::StringBuffer buffer;
-  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-  document.Accept(writer);
-  return {buffer.GetString(), buffer.GetSize()};
-}
 
 std::string Text(JsonNode& node, const char* key) {
   std::string text;
@@ -64,13 +49,13 @@ std::string Encodings(JsonNode& stream) {
 }
 
 void PrintStreams(JsonNode& streams) {
-  fmt::print("{:<24} {:<16} {:>4} {:>6} {:<5} {}\n", "STREAM", "USER", "TYPE", "FRAMES", "OWN", "ENCODINGS");
+  Table table({"STREAM", "USER", " TYPE", " FRAMES", "OWN", "ENCODINGS"});
   for (std::size_t i = 0; i < streams.Size(); ++i) {
     JsonNode& stream = streams[i];
-    fmt::print("{:<24} {:<16} {:>4} {:>6} {:<5} {}\n", Text(stream, "sid"), Text(stream, "uid"),
-               Integer(stream, "streamType"), Integer(stream, "frameStatus"), Flag(stream, "isSelf"),
-               Encodings(stream));
+    table.Add({Text(stream, "sid"), Text(stream, "uid"), std::to_string(Integer(stream, "streamType")),
+               std::to_string(Integer(stream, "frameStatus")), Flag(stream, "isSelf"), Encodings(stream)});
   }
+  fmt::print("{}", table.Text());
 }
 
 void PrintState(JsonNode& state) {
@@ -105,21 +90,25 @@ void CheckCall(const CommandLine& line) {
   }
 }
 
+// A first request is answered when the start is over: what comes after it comes of the call.
 int RunCall(Context& context) {
-  PrintLine(context.Call(context.Word(0), context.HasWord(1) ? context.Word(1) : "[]"));
-  return 0;
-}
-
-int RunWatch(Context& context) {
-  for (;;) {
-    const auto event = context.session.WaitEvent("", std::chrono::hours(1));
-    if (event) {
-      PrintLine("{\"event\":" + TESSARIN_COMMON::JsonText(event->key) + ",\"content\":" + Compact(event->content) +
-                "}");
-    } else if (context.session.WaitClosed(std::chrono::milliseconds(0))) {
-      return 0;
+  const std::string until = context.line.Value("--until");
+  if (!until.empty()) {
+    context.Call("Connect");
+    while (context.session.WaitEvent("", std::chrono::milliseconds(0))) {
     }
   }
+  PrintLine(context.Call(context.Word(0), context.HasWord(1) ? context.Word(1) : "[]"));
+  const EventPrinter printer(context.line);
+  const auto end = Meeting::Clock::now() + context.line.Timeout();
+  for (std::string key; !until.empty() && key != until;) {
+    const auto event =
+        context.session.WaitEvent("", std::chrono::ceil<std::chrono::milliseconds>(end - Meeting::Clock::now()));
+    if (!event) throw std::runtime_error(until + " has not come");
+    printer.Print(*event);
+    key = event->key;
+  }
+  return 0;
 }
 
 int RunStatus(Context& context) {

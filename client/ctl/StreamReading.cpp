@@ -46,13 +46,30 @@ double StreamReading::FramesPerSecond() const {
 void StreamReading::Run() {
   try {
     while (!stop_) {
+      const std::uint32_t lastCounter = frame_.counter;
       const auto outcome = slots_.Read(sid_, frame_, kWait);
-      if (outcome == client::FrameReader::Outcome::Frame) Count();
+      if (outcome == client::FrameReader::Outcome::Frame) {
+        Note(lastCounter);
+        Count();
+      }
       if (outcome == client::FrameReader::Outcome::Broken) throw std::runtime_error("the slot holds no frame");
     }
   } catch (const std::exception& failure) {
     failure_ = failure.what();
   }
+}
+
+StreamReading::Progress StreamReading::Now() const {
+  const std::lock_guard lock(mutex_);
+  return progress_;
+}
+
+// Each slot counts its frames from 0.
+void StreamReading::Note(std::uint32_t lastCounter) {
+  const std::lock_guard lock(mutex_);
+  if (progress_.frames++ > 0 && frame_.counter > lastCounter) progress_.dropped += frame_.counter - lastCounter - 1;
+  progress_.width = frame_.width;
+  progress_.height = frame_.height;
 }
 
 void StreamReading::Count() {

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
@@ -21,11 +22,20 @@ namespace ravo::ctl {
 // Reads one stream's frames on a thread of its own until it is stopped, and counts.
 class StreamReading {
  public:
+  // What can be asked at any time.
+  struct Progress {
+    std::int64_t frames = 0;
+    std::int64_t dropped = 0;  // that were written into the slot and never seen, by the gaps in their numbers
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+  };
+
   StreamReading(client::SlotTracker& slots, std::string sid, std::string uid, bool isScreen);
   ~StreamReading() { Stop(); }
   StreamReading(const StreamReading&) = delete;
   StreamReading& operator=(const StreamReading&) = delete;
 
+  [[nodiscard]] Progress Now() const;
   // The rest is to be asked after this.
   void Stop();
 
@@ -40,12 +50,16 @@ class StreamReading {
 
  private:
   void Run();
+  void Note(std::uint32_t lastCounter);
   void Count();
 
   client::SlotTracker& slots_;
   const std::string sid_;
   const std::string uid_;
   const bool isScreen_;
+
+  mutable std::mutex mutex_;
+  Progress progress_;  // guarded by mutex_
 
   client::Frame frame_;  // this and the rest are the thread's
   std::int64_t frames_ = 0;

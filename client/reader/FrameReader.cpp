@@ -40,7 +40,12 @@ std::span<const std::uint8_t> Frame::Plane(unsigned plane) const {
 std::unique_ptr<FrameReader> FrameReader::Open(const std::string& path, std::string& error, Event event) {
   const char* suffix = event == Event::Main ? RAVO_SLOT_MAIN_SUFFIX : RAVO_SLOT_SIDE_SUFFIX;
   auto view = SlotView::Open(path, RAVO_SLOT_EVENT_PREFIX + path + suffix, error);
-  return view ? std::unique_ptr<FrameReader>(new FrameReader(std::move(view))) : nullptr;
+  if (!view) return nullptr;
+  if (view->SizeBytes() < RAVO_SLOT_HEADER_BYTES) {
+    error = path + ": the segment has no room for a header";
+    return nullptr;
+  }
+  return std::unique_ptr<FrameReader>(new FrameReader(std::move(view)));
 }
 
 FrameReader::FrameReader(std::unique_ptr<SlotView> view) : view_(std::move(view)) {}

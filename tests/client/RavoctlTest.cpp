@@ -36,6 +36,11 @@ TEST(Ravoctl, RefusesWrongUsageBeforeItConnects) {
       {"--pipe", "p", "attend", "room", "ann", "--subscribe", "some"},
       {"--pipe", "p", "snapshot", "s", "s.png", "--as", "ann"},
       {"--pipe", "p", "record", "s", "s.y4m", "--frames", "0"},
+      {"--pipe", "p", "watch", "--as", "ann"},
+      {"--pipe", "p", "top", "--rounds", "0"},
+      {"--pipe", "p", "top", "--pids", "1,x"},
+      {"completion", "fish"},
+      {"help", "unknown"},
   };
   for (const auto& arguments : cases) {
     Process ctl(kProgram, arguments);
@@ -95,6 +100,45 @@ TEST(Ravoctl, StatusShowsTheStateReadably) {
   Process ctl(kProgram, {"--pipe", server.Name(), "status"});
   EXPECT_EQ(ctl.Wait(), 0) << ctl.Err();
   for (const char* part : {"blue", "s1 s2", "64x48@15", "bob"}) EXPECT_THAT(ctl.Out(), HasSubstr(part));
+}
+
+TEST(Ravoctl, TellsWithoutAServerWhatThereIs) {
+  const struct {
+    std::vector<std::string> arguments;
+    std::vector<const char*> parts;
+  } cases[] = {
+      {{"methods", "currentvolume"}, {"GetCurrentVolume", "deviceType: int, volume: int"}},
+      {{"methods", "--json", "SetFps"},
+       {R"([{"group":"Server","name":"SetFps","arguments":"fps: int","reply":"null"}])"}},
+      {{"help", "top"}, {"--rounds N", "--pids"}},
+      {{"record", "--help"}, {"usage: ravoctl --pipe NAME record SID FILE.y4m"}},
+      {{"--help"}, {"completion bash", "Exit codes"}},
+      {{"completion", "bash"},
+       {"complete -o default -F _ravoctl ravoctl", "--pipe | --png-dir", "watch) words+=' --text --join --as",
+        " ShareDesktop ", "help) words+=' call watch"}},
+  };
+  for (const auto& [arguments, parts] : cases) {
+    Process ctl(kProgram, arguments);
+    EXPECT_EQ(ctl.Wait(), 0) << ctl.Err();
+    for (const char* part : parts) EXPECT_THAT(ctl.Out(), HasSubstr(part));
+  }
+}
+
+TEST(Ravoctl, CallGoesOnUntilTheEventThatItIsToWaitFor) {
+  ScriptedServer server([](ScriptedServer& self, const Request& request) {
+    if (request.key == "connect") self.SendEvent("Late", "[\"of the start\"]");
+    self.Answer(request, "null");
+    self.SendEvent("UserJoin", "[\"ann\",0]");
+    if (request.key != "connect") self.SendEvent("Late", "[7]");
+  });
+  Process ctl(kProgram, {"--pipe", server.Name(), "call", "SetAecOption", "[1]", "--until", "LATE", "--text"});
+  EXPECT_EQ(ctl.Wait(), 0) << ctl.Err();
+  EXPECT_THAT(ctl.Out(), testing::StartsWith("null\n"));
+  EXPECT_THAT(ctl.Out(), HasSubstr("USER_JOIN  uid: \"ann\", value: 0"));
+  EXPECT_THAT(ctl.Out(), testing::EndsWith("LATE  7\n"));
+  Process never(kProgram, {"--pipe", server.Name(), "--timeout", "1", "call", "SetFps", "[1]", "--until", "NEVER"});
+  EXPECT_EQ(never.Wait(), 1);
+  EXPECT_THAT(never.Err(), HasSubstr("NEVER has not come"));
 }
 
 std::string ReadFile(const std::filesystem::path& path) {

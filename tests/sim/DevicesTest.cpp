@@ -65,6 +65,31 @@ TEST_F(Devices, ChangesAreToldAndALostDeviceGivesWay) {
   EXPECT_EQ(Current(kMicrophone), "m1");
 }
 
+TEST_F(Devices, PluggingAndUnpluggingMoveTheMeetingToTheDefault) {
+  SimSetParams(R"({"sim.plug": [{"type": 1, "id": "s2", "name": "Headset", "isDefault": true}]})");
+  EXPECT_TRUE(WaitFor("OnDeviceAdded 1 [s2] [s1] [s1,s2]"));
+  EXPECT_TRUE(WaitFor("OnSystemDefaultDeviceChange 1 s1 s2"));
+  EXPECT_TRUE(WaitFor("OnDeviceChange s2"));  // nobody had chosen, so the default is in use
+  EXPECT_EQ(SetDevice(kSpeaker, "s1", false), 0);
+  stand::Clear();
+  SimSetParams(R"({"sim.unplug": ["s1", "unknown"]})");
+  EXPECT_TRUE(WaitFor("OnDeviceChange s2"));
+  EXPECT_EQ(Ids(kSpeaker), (std::vector<std::string>{"s2"}));
+  EXPECT_EQ(Current(kSpeaker), "s2");
+  SimSetParams(R"({"sim.plug": [{"type": 1, "id": "s1", "name": "Loud again"}]})");
+  EXPECT_TRUE(WaitFor("OnDeviceAdded 1 [s1] [s2] [s2,s1]"));
+  EXPECT_EQ(Current(kSpeaker), "s2");
+}
+
+TEST_F(Devices, LevelsAreSetFromOutsideToo) {
+  SimSetParams(R"({"sim.levels": [{"type": 1, "volume": 12}, {"type": 0, "muted": true}]})");
+  EXPECT_EQ(GetCurrentVolume(kSpeaker), 12);
+  EXPECT_TRUE(WaitFor("OnPlaybackVolumeChange 12"));
+  EXPECT_TRUE(IsCurrentRecordingDeviceMuted());
+  SimSetParams(R"({"sim.levels": [{"type": 0, "muted": false}]})");
+  EXPECT_FALSE(IsCurrentRecordingDeviceMuted());
+}
+
 TEST_F(Devices, VolumesAndMutesAreHeldAndTold) {
   EXPECT_EQ(SetCurrentVolume(kSpeaker, 33), 0);
   EXPECT_EQ(GetCurrentVolume(kSpeaker), 33);

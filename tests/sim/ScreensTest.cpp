@@ -30,4 +30,31 @@ TEST_F(Screens, ListsShowTheSceneAndOutliveItsChange) {
   EXPECT_EQ(SimViolationCount(), 0);
 }
 
+TEST_F(Screens, CapturesFollowTheirWindowsAndEndWithThem) {
+  SimSetParams(R"({"sim.screens": {"windows": [{"id": 9, "x": 1}, {"id": 10}]}})");
+  EXPECT_EQ(StartScreenCapture(9, false, 3), 0);
+  EXPECT_EQ(StartScreenCapture(10, false, 4), 0);
+  EXPECT_TRUE(stand::WaitFor("OnScreenCaptureStatus 1 9 3"));
+  SimSetParams(R"({"sim.screens": {"windows": [{"id": 9, "x": 50}]}})");
+  EXPECT_TRUE(stand::WaitFor("OnShareWindowChanged 9 1 3"));
+  EXPECT_TRUE(stand::WaitFor("OnScreenCaptureStatus 0 10 4"));
+  ScreenRect rect{};
+  GetCaptureRect(3, &rect);
+  EXPECT_EQ(rect.x, 50);
+  EXPECT_EQ(StopScreenCapture(3), 0);
+  EXPECT_TRUE(stand::WaitFor("OnScreenCaptureStatus 0 9 3"));
+  GetCaptureRect(3, &rect);
+  EXPECT_EQ(rect.x, 0);
+}
+
+TEST_F(Screens, AudioCaptureTellsEachChangeOnce) {
+  stand::Clear();
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(StartScreenAudioCapture(0), 0);
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(StopScreenAudioCapture(0), 0);
+  GetDesktopThumbnailAsyn(7, 7);
+  ASSERT_NE(stand::WaitForPrefix("OnDesktopThumbnail"), "");
+  EXPECT_EQ(stand::Count("OnAudioCapturerStart"), 1);
+  EXPECT_EQ(stand::Count("OnAudioCapturerStop"), 1);
+}
+
 }  // namespace

@@ -81,6 +81,15 @@ void RegisterMeeting() {
   OnUserPublishStream([](const RemoteStreamKey* key, std::int64_t, std::int64_t media) {
     Keep("OnUserPublishStream", key->roomId, key->userId, key->streamIndex, media);
   });
+  OnAudioVolumeIndication([](const VolumeInfo* volumes, std::int32_t count, std::int64_t loudest, std::int64_t) {
+    for (int i = 0; i < count; ++i) {
+      if (volumes[i].volume == loudest) Keep("OnAudioVolumeIndication", volumes[i].uid);
+    }
+  });
+  OnLocalAudioVolumeIndication(
+      [](const LocalVolumeInfo* own) { Keep("OnLocalAudioVolumeIndication", own->uid, own->volume > 0); });
+  OnSysStats([](const SysStats* stats) { Keep("OnSysStats", stats->cpu_cores); });
+  OnNetworkBandwidthEstimationResult([](const BandwidthEstimation*) { Keep("OnNetworkBandwidthEstimationResult"); });
   OnServerVideoFrame([](const char* uid) { Keep("OnServerVideoFrame", uid); });
   OnServerScreenFrame([](const char* uid) { Keep("OnServerScreenFrame", uid); });
   OnVideoCommonFrame(&KeepFrame);
@@ -124,6 +133,17 @@ void RegisterDevices() {
   OnDesktopThumbnail([](const Thumbnail* thumbnails, std::int32_t count) {
     Keep("OnDesktopThumbnail", count, thumbnails[0].id, thumbnails[0].val);
   });
+  OnSystemDefaultDeviceChange([](std::int64_t type, DeviceInfo before, DeviceInfo after) {
+    Keep("OnSystemDefaultDeviceChange", type, before.deviceId, after.deviceId);
+  });
+  OnScreenCaptureStatus([](std::int64_t state, std::int64_t id, std::int64_t channel) {
+    Keep("OnScreenCaptureStatus", state, id, channel);
+  });
+  OnShareWindowChanged([](std::int64_t id, std::int64_t state, std::int64_t channel) {
+    Keep("OnShareWindowChanged", id, state, channel);
+  });
+  OnAudioCapturerStart([] { Keep("OnAudioCapturerStart"); });
+  OnAudioCapturerStop([] { Keep("OnAudioCapturerStop"); });
   OnScreenCaptureStartResult([](std::int64_t result) { Keep("OnScreenCaptureStartResult", result); });
 }
 

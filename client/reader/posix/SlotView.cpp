@@ -41,9 +41,14 @@ struct SemaphoreTraits {
 
 using OwnedRegion = TESSARIN_COMMON::OwningHandle<RegionTraits>;
 
+// What another user has put under the name of a segment that is gone is none of ours.
 OwnedRegion MapWhole(int descriptor) {
   struct stat status = {};
   if (fstat(descriptor, &status) != 0 || status.st_size <= 0) return {};
+  if (status.st_uid != geteuid()) {
+    errno = EACCES;
+    return {};
+  }
   const auto size = static_cast<std::size_t>(status.st_size);
   void* address = mmap(nullptr, size, PROT_READ, MAP_SHARED, descriptor, 0);
   return address != MAP_FAILED ? OwnedRegion({address, size}) : OwnedRegion();

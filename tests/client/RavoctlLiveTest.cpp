@@ -1,0 +1,72 @@
+// ravoctl and a server with the simulated engine, as two processes.
+#include <gmock/gmock.h>
+
+#include "../integration/ServerProcess.h"
+#include "support/Process.h"
+
+namespace {
+
+using integration::ServerProcess;
+using support::Process;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+constexpr char kRoom[] = R"("sim.pace":{"volumeMs":20,"qualityMs":50,"statsMs":50},"sim.room":{"participants":[)"
+                         R"({"userId":"ann","encodings":[{"width":64,"height":48}]}]})";
+
+// What the command prints; it and the server have to end well.
+std::string Output(ServerProcess& server, std::vector<std::string> arguments) {
+  arguments.insert(arguments.end(), {"--pipe", server.Pipe(), "--timeout", "60"});
+  Process ctl(support::BesideTest("ravoctl"), arguments);
+  EXPECT_EQ(ctl.Wait(), 0) << ctl.Err();
+  EXPECT_EQ(server.Host().Wait(), 0) << server.Host().Err();
+  return ctl.Out();
+}
+
+TEST(RavoctlLive, ListsDevicesWithTheOneInUse) {
+  const std::string devices = R"("sim.devices":[{"type":1,"id":"s1","name":"Loud","isBuiltin":true},)"
+                              R"({"type":2,"id":"c1","name":"Eye"}],"sim.levels":[{"type":1,"volume":33}])";
+  ServerProcess readable(devices, "");
+  const std::string table = Output(readable, {"devices"});
+  EXPECT_THAT(table, HasSubstr("*  speaker  Loud  s1  built-in  33"));
+  EXPECT_THAT(table, HasSubstr("*  camera   Eye   c1  -         -"));
+  ServerProcess raw(devices, "");
+  EXPECT_THAT(Output(raw, {"devices", "--json"}), testing::StartsWith(R"([{"currentDeviceId":)"));
+}
+
+TEST(RavoctlLive, ListsDesktopsAndWindowsWithTheirPlaces) {
+  ServerProcess server(R"("sim.screens":{"desktops":[{"id":1,"x":-1280,"width":1280,"height":720}],)"
+                       R"("windows":[{"id":9,"pid":77,"application":"App","title":"A b","width":8,"height":6}]})",
+                       "");
+  const std::string table = Output(server, {"windows"});
+  EXPECT_THAT(table, ContainsRegex("desktop +1 +1280x720-1280.0"));
+  EXPECT_THAT(table, ContainsRegex("window +9 +8x6.0.0 +77 +App +A b"));
+}
+
+// Lets the command run until all of this was seen, and ends it.
+void ExpectShown(std::vector<std::string> arguments, const std::vector<const char*>& parts) {
+  ServerProcess server(kRoom, "");
+  arguments.insert(arguments.end(), {"--pipe", server.Pipe(), "--timeout", "60", "--join", "blue"});
+  Process ctl(support::BesideTest("ravoctl"), arguments);
+  for (const char* part : parts) EXPECT_TRUE(ctl.WaitForOut(part)) << part << '\n' << ctl.Err();
+  ctl.Kill();
+  EXPECT_EQ(server.Host().Wait(), 0) << server.Host().Err();
+}
+
+TEST(RavoctlLive, WatchShowsAMeetingThatLives) {
+  ExpectShown({"watch", "--text"},
+              {"JOIN_CHANNEL_SUCCESS  roomId: \"blue\", uid: \"ravoctl\"", "USER_JOIN  uid: \"ann\"",
+               "STREAM_SUBSCRIBED", "FIRST_FRAME_RECEIVED", "AUDIO_VOLUME_CHANGE  volumes: [{\"uid\":\"ann\"",
+               "LOCAL_AUDIO_VOLUME_INDICATION", "NETWORK_QUALITY", "ON_SYS_STATS", "NETWORK_BANDWIDTH_ESTIMATION"});
+  ServerProcess server(kRoom, "");
+  EXPECT_THAT(Output(server, {"watch", "--join", "blue", "--seconds", "1"}),
+              testing::EndsWith("{\"event\":\"LEAVE_MEETING_SUCCESS\",\"content\":[]}\n"));
+}
+
+TEST(RavoctlLive, TopShowsStreamsAndTheServersLoad) {
+  ExpectShown({"top"}, {" requests a second, ", "64x48", "ravo-host"});
+  ServerProcess server(kRoom, "");
+  EXPECT_THAT(Output(server, {"top", "--rounds", "1"}), HasSubstr("ravo-host"));
+}
+
+}  // namespace
