@@ -14,6 +14,7 @@
 
 #include "LineText.h"
 #include "LogFiles.h"
+#include "PrivateFile.h"
 
 namespace logger {
 namespace {
@@ -69,6 +70,7 @@ void Logger::OpenFile(const Settings& settings) {
   const auto path = PrepareLogFile(folder, settings.stem, settings.keepRuns);
   fileBuffer_ = std::make_unique<char[]>(kBufferBytes);  // the C library takes the size only with a buffer
   spdlog::file_event_handlers events;
+  events.before_open = [](const spdlog::filename_t& name) { MakePrivate(name); };
   events.after_open = [buffer = fileBuffer_.get()](const spdlog::filename_t&, std::FILE* file) {
     std::setvbuf(file, buffer, _IOFBF, kBufferBytes);
   };

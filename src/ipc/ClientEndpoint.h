@@ -12,6 +12,8 @@ namespace TESSARIN_COMMON {
 // endpoint's thread when the server leaves, on the caller's in Stop.
 class ClientEndpoint : public IpcEndpoint {
  public:
+  // 0 without a connection, or if the system does not tell. Any thread.
+  [[nodiscard]] std::uint32_t ServerProcessId() const { return Pipe().ServerProcessId(); }
   // The result is the disconnect's: false if the session had ended already.
   bool Stop();
 

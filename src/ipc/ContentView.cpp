@@ -3,7 +3,7 @@
 #include <atomic>
 #include <cstring>
 
-#include "common/JsonNode.h"
+#include "common/JsonDocument.h"
 
 namespace TESSARIN_COMMON {
 
@@ -27,7 +27,7 @@ struct ContentView::Pool {
 
   alignas(std::max_align_t) char chunk[kChunkBytes];
   rapidjson::MemoryPoolAllocator<> allocator;
-  rapidjson::Document document;
+  JsonDocument document;
 
  private:
   static std::atomic<Pool*>& Spare() {
@@ -48,10 +48,7 @@ void ContentView::Parse(std::string_view text) {
   auto* const copy = static_cast<char*>(pool_->allocator.Malloc(text.size() + 1));
   std::memcpy(copy, text.data(), text.size());
   copy[text.size()] = '\0';
-  document.ParseInsitu(copy);
-  if (document.HasParseError()) {
-    throw std::runtime_error(ParseFailureText(document.GetParseError(), document.GetErrorOffset(), text));
-  }
+  document.ParseInPlace(copy, text);
   value_ = &document;
 }
 

@@ -28,7 +28,7 @@ class ContentView {
   }
   ~ContentView() = default;
 
-  // Replaces the content. Fails as JsonNode does: "Parse json string fail. err=...".
+  // Replaces the content. Fails as JsonDocument does: "Parse json string fail. err=...".
   void Parse(std::string_view text);
   void Clear();
 

@@ -2,6 +2,8 @@
 
 #include <cJSON.h>
 
+#include <memory>
+#include <new>
 #include <utility>
 
 namespace TESSARIN_COMMON {
@@ -28,17 +30,18 @@ EventArguments& EventArguments::AddRaw(const std::string& json) {
   return Append(cJSON_CreateRaw(json.c_str()));
 }
 
+// The arguments are known by their places, so none may be left out for want of memory.
 EventArguments& EventArguments::Append(cJSON* item) {
-  if (!cJSON_AddItemToArray(array_, item)) cJSON_Delete(item);
-  return *this;
+  if (cJSON_AddItemToArray(array_, item)) return *this;
+  cJSON_Delete(item);
+  throw std::bad_alloc();
 }
 
 std::string EventArguments::Print() {
-  char* const printed = cJSON_Print(array_);
+  const std::unique_ptr<char, decltype(&cJSON_free)> printed(cJSON_Print(array_), cJSON_free);
   cJSON_Delete(std::exchange(array_, cJSON_CreateArray()));
-  std::string text = printed != nullptr ? printed : "";
-  cJSON_free(printed);
-  return text;
+  if (printed == nullptr) throw std::bad_alloc();
+  return printed.get();
 }
 
 }  // namespace TESSARIN_COMMON

@@ -7,7 +7,8 @@ struct cJSON;
 
 namespace TESSARIN_COMMON {
 
-// Builds the argument array of an event: EventArguments().Add("ann").Add(5).AddRaw(record).Print().
+// Builds the argument array of an event: EventArguments().Add("ann").Add(5).AddRaw(record).Print(). A want of memory
+// throws, in Add and in Print.
 class EventArguments {
  public:
   EventArguments();

@@ -1,5 +1,6 @@
 #include "IpcEndpoint.h"
 
+#include <new>
 #include <utility>
 
 #include "IpcRecvHander.h"
@@ -40,12 +41,14 @@ bool IpcEndpoint::PrepareStart() {
   return true;
 }
 
-bool IpcEndpoint::StartThread() {
-  running_ = true;
+bool IpcEndpoint::StartThread() try {
   thread_ = std::make_unique<TESSARIN_TASK::Thread>();
   thread_->SetName(threadName_);
+  running_ = true;
   if (thread_->Start(this)) return true;
   running_ = false;
+  return false;
+} catch (const std::bad_alloc&) {
   return false;
 }
 

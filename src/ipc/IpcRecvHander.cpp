@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <new>
 
+#include "log/LogInstance.h"
+
 namespace TESSARIN_COMMON {
 
 namespace {
 constexpr std::uint32_t kPrefixBytes = 4;
-constexpr std::size_t kSmallBody = 64 * 1024;  // kept between frames
+constexpr std::size_t kSmallBody = std::size_t{64} << 10;  // kept between frames
 
 std::uint32_t LengthOf(const unsigned char (&prefix)[kPrefixBytes]) {
   std::uint32_t length = 0;
@@ -19,16 +21,27 @@ std::uint32_t LengthOf(const unsigned char (&prefix)[kPrefixBytes]) {
 void IpcRecvHander::HandleRecv(IIpcDataNotify* notify) {
   if (notify == nullptr || source_ == nullptr) return;
   Body body;
-  for (;;) {
-    unsigned char prefix[kPrefixBytes] = {};
-    if (!ReadExactly(prefix, kPrefixBytes)) return;
-    const std::uint32_t length = LengthOf(prefix);
-    char* const data = body.Reserve(length);
-    if (data == nullptr || !ReadExactly(data, length)) return;
-    data[length] = '\0';
-    notify->OnIpcData(data, length);
-    body.DropLarge();
+  std::uint32_t length = 0;
+  try {
+    while (ReadFrame(body, length)) {
+      notify->OnIpcData(body.Data(), length);
+      body.DropLarge();
+    }
+  } catch (const std::bad_alloc&) {
+    TESSARIN_LOG::LogAt("Ravo", TESSARIN_LOG::Level::Failure,
+                        "a message of {} bytes does not fit into the memory, the session ends", length);
   }
+}
+
+// False at the end of the session.
+bool IpcRecvHander::ReadFrame(Body& body, std::uint32_t& length) const {
+  unsigned char prefix[kPrefixBytes] = {};
+  if (!ReadExactly(prefix, kPrefixBytes)) return false;
+  length = LengthOf(prefix);
+  char* const data = body.Reserve(length);
+  if (!ReadExactly(data, length)) return false;
+  data[length] = '\0';
+  return true;
 }
 
 bool IpcRecvHander::ReadExactly(void* buffer, std::uint32_t size) const {
@@ -40,12 +53,12 @@ bool IpcRecvHander::ReadExactly(void* buffer, std::uint32_t size) const {
 
 char* IpcRecvHander::Body::Reserve(std::uint32_t length) {
   const std::size_t needed = std::size_t{length} + 1;
-  if (needed == 0) return nullptr;  // the largest length, where a size has 32 bits
+  if (needed == 0) throw std::bad_alloc();  // the largest length, where a size has 32 bits
   if (needed > capacity_) {
-    capacity_ = std::max(needed, kSmallBody);
+    capacity_ = 0;
     block_.reset();
-    block_.reset(new (std::nothrow) char[capacity_]);
-    if (block_ == nullptr) capacity_ = 0;
+    block_.reset(new char[std::max(needed, kSmallBody)]);
+    capacity_ = std::max(needed, kSmallBody);
   }
   return block_.get();
 }

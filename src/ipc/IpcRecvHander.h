@@ -9,7 +9,8 @@
 namespace TESSARIN_COMMON {
 
 // Reads frames: a length of 4 bytes, little-endian, and that many bytes. A frame that is empty, short, or too long for
-// the memory at hand ends the session; there is no way back into step after it.
+// the memory at hand, the receiver's copy included, ends the session; there is no way back into step after it. Too long
+// a one leaves a line in the log.
 class IpcRecvHander final : public IIpcRecvHandler {
  public:
   void SetDataRecv(IIpcDataRecv* source) override { source_ = source; }
@@ -20,7 +21,8 @@ class IpcRecvHander final : public IIpcRecvHandler {
   // a large length costs no memory before its bytes arrive.
   class Body {
    public:
-    [[nodiscard]] char* Reserve(std::uint32_t length);  // null if there is not so much
+    char* Reserve(std::uint32_t length);
+    [[nodiscard]] const char* Data() const { return block_.get(); }
     void DropLarge();
 
    private:
@@ -28,6 +30,7 @@ class IpcRecvHander final : public IIpcRecvHandler {
     std::size_t capacity_ = 0;
   };
 
+  bool ReadFrame(Body& body, std::uint32_t& length) const;
   [[nodiscard]] bool ReadExactly(void* buffer, std::uint32_t size) const;
 
   IIpcDataRecv* source_ = nullptr;  // not owned

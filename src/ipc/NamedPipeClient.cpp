@@ -1,5 +1,6 @@
 #include "NamedPipeClient.h"
 
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -18,7 +19,7 @@ NamedPipeClient::NamedPipeClient(std::string name)
 
 NamedPipeClient::NamedPipeClient(Handle handle) : NamedPipe(handle, kClientLinkFailures), sleep_(SleepFor) {}
 
-bool NamedPipeClient::Connect(std::uint32_t timeoutSeconds) {
+bool NamedPipeClient::Connect(std::uint32_t timeoutSeconds) try {
   auto stream = PipeStream::Create();
   if (mode_ == Mode::Inherited) {
     stream->Adopt(TakeInherited());
@@ -33,6 +34,9 @@ bool NamedPipeClient::Connect(std::uint32_t timeoutSeconds) {
   }
   SetStream(std::move(stream));
   return true;
+} catch (const std::bad_alloc&) {
+  Report(kCreatePortFailed);
+  return false;
 }
 
 bool NamedPipeClient::OpenNamed(PipeStream& stream, std::uint32_t timeoutSeconds) {
@@ -57,6 +61,11 @@ bool NamedPipeClient::OpenNamed(PipeStream& stream, std::uint32_t timeoutSeconds
   error = stream.Connect(name_);
   if (error != 0) Report(kClientOpenFailed, error);
   return error == 0;
+}
+
+std::uint32_t NamedPipeClient::ServerProcessId() const {
+  const auto stream = Stream();
+  return stream != nullptr ? stream->ServerProcessId() : 0;
 }
 
 bool NamedPipeClient::Disconnect() {

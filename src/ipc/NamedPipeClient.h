@@ -18,6 +18,8 @@ class NamedPipeClient final : public NamedPipe {
 
   // Tries 2t + 1 times to find the server, with a sleep of half a second after each try that fails, the last one too.
   bool Connect(std::uint32_t timeoutSeconds);
+  // Of the present connection; 0 without one, or if the system does not tell.
+  [[nodiscard]] std::uint32_t ServerProcessId() const;
   // Closes the connection and wakes the reader. False, with a report, if there is none.
   bool Disconnect();
 

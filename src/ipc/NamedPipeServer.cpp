@@ -1,5 +1,6 @@
 #include "NamedPipeServer.h"
 
+#include <new>
 #include <utility>
 
 namespace TESSARIN_COMMON {
@@ -8,7 +9,7 @@ NamedPipeServer::NamedPipeServer(std::string name) : NamedPipe(std::move(name), 
 
 NamedPipeServer::NamedPipeServer(Handle handle) : NamedPipe(handle, kServerLinkFailures) {}
 
-bool NamedPipeServer::Open() {
+bool NamedPipeServer::Open() try {
   auto stream = PipeStream::Create();
   if (!CreatePort(*stream)) return false;
   if (mode_ == Mode::Inherited) {
@@ -23,6 +24,9 @@ bool NamedPipeServer::Open() {
   }
   SetStream(std::move(stream));
   return true;
+} catch (const std::bad_alloc&) {
+  Report(kCreatePortFailed);
+  return false;
 }
 
 bool NamedPipeServer::WaitConnect() {

@@ -10,6 +10,7 @@ struct PipeFailure {
   const char* text;
 };
 
+// Reported alone where it was the memory for the connection that was missing.
 inline constexpr PipeFailure kCreatePortFailed{-1003, "create io completion port failed."};
 
 inline constexpr PipeFailure kClientConnectedAlready{-1000, "client handle is invalid, no need to connect again."};

@@ -10,7 +10,7 @@
 namespace TESSARIN_COMMON {
 
 // Bytes that may wait for a slow peer. A send that would go past the bound is refused whole.
-inline constexpr std::size_t kMaxPendingBytes = 64u * 1024 * 1024;
+inline constexpr std::size_t kMaxPendingBytes = std::size_t{64} << 20;
 
 inline constexpr std::chrono::milliseconds kReadWait{100};
 
@@ -56,6 +56,8 @@ class PipeStream {
 
   // A link exists: one to a peer, or one that waits for a peer.
   [[nodiscard]] virtual bool HasLink() const = 0;
+  // The process at the server's end of the link; 0 if the system does not tell.
+  [[nodiscard]] virtual std::uint32_t ServerProcessId() const = 0;
   // Wakes the reader and ends the connection; the link stays.
   virtual int DropPeer() = 0;
   // Wakes the reader and closes the link.

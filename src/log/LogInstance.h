@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <ravo/log_abi.h>
 
+#include <new>
 #include <string>
 #include <utility>
 
@@ -17,14 +18,19 @@ enum class Level : int {
 };
 
 // Formats a line and hands it to the log library. Holds nothing; any thread may write, before the logger is made too.
+// A line for which there is no memory goes out as its bare format: logging never ends the server.
 class LogInstance : public TESSARIN_COMMON::Singleton<LogInstance> {
  public:
   template <class... Args>
   void Write(const char* module, Level level, fmt::format_string<Args...> format, Args&&... args) const {
-    fmt::basic_memory_buffer<char, kInlineBytes> line;
-    fmt::format_to(fmt::appender(line), format, std::forward<Args>(args)...);
-    line.push_back('\0');
-    TessarinLogWrite(module, static_cast<int>(level), line.data());
+    try {
+      fmt::basic_memory_buffer<char, kInlineBytes> line;
+      fmt::format_to(fmt::appender(line), format, std::forward<Args>(args)...);
+      line.push_back('\0');
+      TessarinLogWrite(module, static_cast<int>(level), line.data());
+    } catch (const std::bad_alloc&) {
+      TessarinLogWrite(module, static_cast<int>(level), fmt::string_view(format).data());  // a literal ends with NUL
+    }
   }
 
  private:

@@ -6,13 +6,13 @@
 
 namespace TESSARIN_LOG {
 
-ScopeTracer::ScopeTracer(std::string function, std::string module, const TESSARIN_COMMON::Clock& clock)
-    : function_(std::move(function)), module_(std::move(module)), clock_(clock), startMs_(clock.SteadyMs()) {
-  LogAt(module_.c_str(), Level::Progress, "entry {}", function_);
+ScopeTracer::ScopeTracer(const char* function, const char* module, const TESSARIN_COMMON::Clock& clock)
+    : function_(function), module_(module), clock_(clock), startMs_(clock.SteadyMs()) {
+  LogAt(module_, Level::Progress, "entry {}", function_);
 }
 
 ScopeTracer::~ScopeTracer() {
-  LogAt(module_.c_str(), Level::Progress, "exit {}, cost : {}", function_, clock_.SteadyMs() - startMs_);
+  LogAt(module_, Level::Progress, "exit {}, cost : {}", function_, clock_.SteadyMs() - startMs_);
 }
 
 FunctionStatistics::FunctionStatistics(std::string function, Limit limit)

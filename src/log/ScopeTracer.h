@@ -9,17 +9,18 @@ namespace TESSARIN_LOG {
 
 // On the stack of a function: logs "entry {}" now and "exit {}, cost : {}" with the milliseconds at the end of the
 // scope, also when an exception ends it. The function's name is qualified, as in "TESSARIN_TASK::TaskRunner::Run".
+// The texts are literals and not copied: destructors trace too, and may not fail.
 class ScopeTracer {
  public:
-  ScopeTracer(std::string function, std::string module,
+  ScopeTracer(const char* function, const char* module,
               const TESSARIN_COMMON::Clock& clock = TESSARIN_COMMON::Clock::System());
   ~ScopeTracer();
   ScopeTracer(const ScopeTracer&) = delete;
   ScopeTracer& operator=(const ScopeTracer&) = delete;
 
  private:
-  const std::string function_;
-  const std::string module_;
+  const char* const function_;
+  const char* const module_;
   const TESSARIN_COMMON::Clock& clock_;
   const std::int64_t startMs_;
 };

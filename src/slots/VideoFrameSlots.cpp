@@ -1,5 +1,6 @@
 #include "VideoFrameSlots.h"
 
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -80,7 +81,14 @@ void VideoFrameSlots::UpdateSlot(const std::string& sid, const FrameMeta& meta, 
       WriteFrame(sid, found->second, meta, planes, pending);
     }
   }
-  for (const auto& notify : pending) notify();
+  try {
+    for (const auto& notify : pending) notify();
+  } catch (const std::bad_alloc&) {
+    // A slot that the client does not know of would stay dark for ever; the next frame makes and announces another.
+    const std::lock_guard lock(mutex_);
+    if (const auto found = slots_.find(sid); found != slots_.end()) slots_.erase(found);
+    throw;
+  }
 }
 
 void VideoFrameSlots::WriteFrame(const std::string& sid, SlotEntry& entry, const FrameMeta& meta, Planes planes,

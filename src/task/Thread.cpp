@@ -1,6 +1,7 @@
 #include "Thread.h"
 
 #include <memory>
+#include <new>
 
 #include "ThreadPlatform.h"
 
@@ -34,8 +35,8 @@ bool Thread::SetName(const std::string& name, int /*reserved*/) {
   return true;
 }
 
-bool Thread::Start(Runnable* body) {
-  if (IsRunning()) return false;
+bool Thread::Start(Runnable* body) try {
+  if (IsRunning() || (slot_ != nullptr && !slot_->Works())) return false;
   stop_ = false;
   auto record = std::make_unique<StartRecord>(StartRecord{this, body});
   const NativeThread native = StartNativeThread(
@@ -49,6 +50,8 @@ bool Thread::Start(Runnable* body) {
   handle_ = native.handle;
   id_ = native.id;
   return true;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 void Thread::Join() {

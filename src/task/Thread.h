@@ -24,6 +24,8 @@ class ThreadLocalSlot {
   ThreadLocalSlot(const ThreadLocalSlot&) = delete;
   ThreadLocalSlot& operator=(const ThreadLocalSlot&) = delete;
 
+  // False if the system had no index left; nothing can then be kept.
+  [[nodiscard]] bool Works() const;
   void Set(void* value);
   [[nodiscard]] void* Get() const;
 
@@ -46,7 +48,8 @@ class Thread {
 
   // False, with no change, if the thread runs. The second argument has no effect.
   bool SetName(const std::string& name, int reserved = 0);
-  // False if the thread runs already or the system gives none. The body, not owned, may be null.
+  // False if the thread runs already or the system has none to give, no memory or no slot for it. The body, not owned,
+  // may be null.
   bool Start(Runnable* body);
   void Stop() { stop_ = true; }
   // Waits for the end of the thread, without a bound; returns at once if there is none.

@@ -89,6 +89,11 @@ TEST(ContentView, AFailedParseSaysWhereAndLeavesNoValue) {
   EXPECT_EQ(FailureOf([&] { view.Parse("[1,x]"); }), "Parse json string fail. err=Invalid value.. offset=x]");
 }
 
+TEST(ContentView, NestingDoesNotUseUpTheStack) {
+  constexpr std::size_t kDepth = 1'000'000;
+  EXPECT_EQ(Parsed("[7," + std::string(kDepth, '[') + std::string(kDepth, ']') + "]").Integer(0), 7);
+}
+
 // Memory goes from view to view; what is alive must not be overwritten by the next parse.
 TEST(ContentView, ViewsAliveTogetherKeepTheirOwnValues) {
   const std::string large(300'000, 'l');

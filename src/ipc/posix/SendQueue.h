@@ -21,7 +21,7 @@ class SendQueue {
   void Clear();
 
  private:
-  static constexpr std::size_t kBlockBytes = 64 * 1024;
+  static constexpr std::size_t kBlockBytes = std::size_t{64} << 10;
 
   std::deque<std::vector<char>> blocks_;  // none is grown beyond its first capacity
   std::size_t sent_ = 0;                  // of the first block

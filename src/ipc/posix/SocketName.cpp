@@ -82,7 +82,11 @@ int ListenAt(const std::string& path, Descriptor& listener) {
   if (error == EADDRINUSE) error = ReplaceStale(fresh, address);
   if (error != 0) return error;
   constexpr int kBacklog = 0;  // stands for one
-  if (listen(fresh.Get(), kBacklog) != 0) return errno;
+  if (listen(fresh.Get(), kBacklog) != 0) {
+    error = errno;
+    NameRegistry::GetInstance().Remove(NameRegistry::Kind::Socket, path);
+    return error;
+  }
   listener = std::move(fresh);
   return 0;
 }
@@ -92,9 +96,10 @@ int ConnectTo(const std::string& path, Descriptor& link) {
   if (const int error = MakeAddress(path, address); error != 0) return error;
   Descriptor fresh;
   if (const int error = MakeSocket(SOCK_STREAM, fresh); error != 0) return error;
-  const int error = ConnectSocket(fresh, address);
-  if (error == 0) link = std::move(fresh);
-  return error;
+  if (const int error = ConnectSocket(fresh, address); error != 0) return error;
+  if (!PeerIsOwnUser(fresh.Get())) return EACCES;
+  link = std::move(fresh);
+  return 0;
 }
 
 bool PeerIsOwnUser(int link) {

@@ -11,7 +11,8 @@ namespace TESSARIN_COMMON {
 // socket, and a file of another kind, are left alone and give EADDRINUSE. One client at most waits to be accepted.
 [[nodiscard]] int ListenAt(const std::string& path, Descriptor& listener);
 
-// Never blocks. ENOENT, ECONNREFUSED and EAGAIN mean that no server waits there now.
+// Never blocks. ENOENT, ECONNREFUSED and EAGAIN mean that no server waits there now; EACCES that it is not ours, but
+// another user's, to whom a request must not be told.
 [[nodiscard]] int ConnectTo(const std::string& path, Descriptor& link);
 
 // True if the process at the other end runs under this process's user id.

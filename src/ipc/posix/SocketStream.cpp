@@ -105,6 +105,14 @@ bool SocketStream::HasLink() const {
   return !closed_ && (link_ || listener_);
 }
 
+std::uint32_t SocketStream::ServerProcessId() const {
+  const std::lock_guard lock(mutex_);
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  const bool known = link_ && getsockopt(link_.Get(), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0;
+  return known ? static_cast<std::uint32_t>(peer.pid) : 0;
+}
+
 int SocketStream::DropPeer() {
   Wake();
   const std::lock_guard lock(mutex_);
@@ -139,7 +147,7 @@ int SocketStream::Send(std::span<const char> head, std::span<const char> body) {
     message.msg_iov = parts;
     message.msg_iovlen = std::size(parts);
     const ssize_t taken = sendmsg(link_.Get(), &message, MSG_DONTWAIT | MSG_NOSIGNAL);
-    if (taken < 0 && errno != EAGAIN) return errno;
+    if (taken < 0 && errno != EAGAIN && errno != EINTR) return errno;
     sent = taken < 0 ? 0 : static_cast<std::size_t>(taken);
     if (sent == head.size() + body.size()) return 0;
   }
@@ -171,7 +179,7 @@ void SocketStream::FlushLocked() {
   while (!queue_.Empty()) {
     const auto front = queue_.Front();
     const ssize_t taken = send(link_.Get(), front.data(), front.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
-    if (taken < 0 && errno == EAGAIN) return;
+    if (taken < 0 && (errno == EAGAIN || errno == EINTR)) return;  // the reader's next wait comes back to it
     if (taken < 0) {
       GiveUpPeer();
     } else {

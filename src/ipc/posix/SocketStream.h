@@ -28,6 +28,7 @@ class SocketStream final : public PipeStream {
   int WaitPeer() override;
 
   [[nodiscard]] bool HasLink() const override;
+  [[nodiscard]] std::uint32_t ServerProcessId() const override;
   int DropPeer() override;
   void CloseLink() override;
 
@@ -76,7 +77,7 @@ class SocketStream final : public PipeStream {
   std::size_t aheadEnd_ = 0;
   bool mayHaveMore_ = false;  // the socket was not seen empty; asking it costs less than waiting for it
   int gone_ = 0;              // why nothing more will come
-  std::array<char, 64 * 1024> ahead_;
+  std::array<char, std::size_t{64} << 10> ahead_;
 };
 
 }  // namespace TESSARIN_COMMON

@@ -101,6 +101,12 @@ bool OverlappedStream::HasLink() const {
   return static_cast<bool>(pipe_);
 }
 
+std::uint32_t OverlappedStream::ServerProcessId() const {
+  const std::lock_guard lock(mutex_);
+  ULONG id = 0;
+  return pipe_ && GetNamedPipeServerProcessId(pipe_.Get(), &id) ? id : 0;
+}
+
 int OverlappedStream::DropPeer() {
   const std::lock_guard lock(mutex_);
   woken_ = true;

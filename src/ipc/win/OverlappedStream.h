@@ -33,6 +33,7 @@ class OverlappedStream final : public PipeStream {
   int WaitPeer() override;
 
   [[nodiscard]] bool HasLink() const override;
+  [[nodiscard]] std::uint32_t ServerProcessId() const override;
   int DropPeer() override;
   void CloseLink() override;
 

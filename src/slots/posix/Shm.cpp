@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <utility>
@@ -59,10 +60,15 @@ OwnedView Map(int descriptor, std::size_t sizeBytes, int protection) {
   return address != MAP_FAILED ? OwnedView({address, sizeBytes}) : OwnedView();
 }
 
-// Never more than there is: a touch beyond the end of the object would be a signal.
+// Never more than there is: a touch beyond the end of the object would be a signal. And never what another user has
+// put under the name of a segment that is gone.
 OwnedView MapForReading(int descriptor, std::uint32_t sizeBytes) {
   struct stat status = {};
   if (fstat(descriptor, &status) != 0) return {};
+  if (status.st_uid != geteuid()) {
+    errno = EACCES;
+    return {};
+  }
   const auto there = static_cast<std::uint64_t>(status.st_size);
   if (there >= sizeBytes && there != 0) return Map(descriptor, sizeBytes != 0 ? sizeBytes : there, PROT_READ);
   errno = EINVAL;
@@ -85,9 +91,11 @@ Shm::~Shm() {
 int Shm::Create(bool make) {
   auto mapping = std::make_unique<Mapping>();
   const std::string name = '/' + path_;
+  std::string held =
+      make ? name : std::string();  // copied while there is nothing yet that a failure would leave behind
   const Descriptor descriptor = make ? MakeSegment(name) : Descriptor(shm_open(name.c_str(), O_RDONLY, 0));
   if (!descriptor) return make ? kMappingFailed : kOpenFailed;
-  if (make) mapping->name.Reset(name);
+  if (make) mapping->name.Reset(std::move(held));
 
   int result = kOk;
   if (make && !Reserve(descriptor.Get(), sizeBytes_)) {

@@ -61,9 +61,13 @@ std::string_view OwnerOfMark(std::string_view name) {
   return IsNumber(name) ? name : std::string_view();
 }
 
+bool IsOurs(const struct stat& status) {
+  return S_ISREG(status.st_mode) && status.st_uid == geteuid();
+}
+
 bool IsOurFile(const std::string& name) {
   struct stat status = {};
-  return lstat((kDirectory + name).c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid();
+  return lstat((kDirectory + name).c_str(), &status) == 0 && IsOurs(status);
 }
 
 template <class Visit>
@@ -111,11 +115,17 @@ bool IsLinked(int descriptor, const std::string& file) {
          held.st_ino == named.st_ino;
 }
 
+// A stranger may have made the file first, and hold a lock on it that we would wait for.
+bool IsOurMark(int descriptor) {
+  struct stat status = {};
+  return fstat(descriptor, &status) == 0 && IsOurs(status);
+}
+
 // The mark, made if it is missing, with the lock on it; none if the lock or the file cannot be had.
 Descriptor LockMark(const std::string& file, int operation) {
   while (true) {
     Descriptor mark(open(file.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!mark || !Lock(mark.Get(), operation)) return {};
+    if (!mark || !IsOurMark(mark.Get()) || !Lock(mark.Get(), operation)) return {};
     if (IsLinked(mark.Get(), file)) return mark;
   }
 }

@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <atomic>
+#include <climits>
 #include <memory>
 #include <semaphore>
 
@@ -88,13 +89,16 @@ long InitialiseThreadRuntime() {
 }
 void UninitialiseThreadRuntime() {}
 
+// Zero is somebody's key, so a slot for which the system had none keeps one that the calls below refuse.
 ThreadLocalSlot::ThreadLocalSlot() : index_(0) {
   pthread_key_t key = 0;
-  pthread_key_create(&key, nullptr);
-  index_ = key;
+  index_ = pthread_key_create(&key, nullptr) == 0 ? key : PTHREAD_KEYS_MAX;
 }
 ThreadLocalSlot::~ThreadLocalSlot() {
   pthread_key_delete(static_cast<pthread_key_t>(index_));
+}
+bool ThreadLocalSlot::Works() const {
+  return index_ != PTHREAD_KEYS_MAX;
 }
 void ThreadLocalSlot::Set(void* value) {
   pthread_setspecific(static_cast<pthread_key_t>(index_), value);

@@ -103,6 +103,9 @@ ThreadLocalSlot::ThreadLocalSlot() : index_(TlsAlloc()) {}
 ThreadLocalSlot::~ThreadLocalSlot() {
   TlsFree(static_cast<DWORD>(index_));
 }
+bool ThreadLocalSlot::Works() const {
+  return index_ != TLS_OUT_OF_INDEXES;
+}
 void ThreadLocalSlot::Set(void* value) {
   TlsSetValue(static_cast<DWORD>(index_), value);
 }

@@ -97,6 +97,18 @@ TEST_F(SocketFile, ThatIsNoSocketIsLeftAlone) {
   EXPECT_EQ(fs::file_size(name_), 8u);
 }
 
+TEST_F(SocketFile, ThatIsALinkIsLeftAloneAndNotFollowed) {
+  const std::string target = name_ + "_target";
+  for (const bool dead : {false, true}) {
+    if (dead) LeaveDeadSocket(target);
+    fs::create_symlink(target, name_);
+    EXPECT_FALSE(server_.Open());
+    EXPECT_EQ(fs::exists(fs::symlink_status(target)), dead);
+    fs::remove(name_);
+  }
+  fs::remove(target);
+}
+
 TEST_F(SocketFile, WithATooLongNameFailsAtOnce) {
   const std::string name = name_ + std::string(200, 'x');
   EXPECT_FALSE(NamedPipeServer(name).Open());

@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -132,6 +133,42 @@ TEST(SlotSweep, ClearsAPredecessorOfTheSameOwnerOnceAndThenNoMore) {
   SweepLeftovers();
   EXPECT_EQ(NamesWith(owner), (Names{ours, "ravo_owner_" + owner}));
   std::filesystem::remove("/dev/shm/" + ours);
+}
+
+TEST(SlotSweep, NeitherFollowsALinkInPlaceOfAMarkNorWaitsForAStrangersLock) {
+  if (geteuid() != 0) GTEST_SKIP() << "to make a stranger's file takes root";
+  const std::string linked = "987111", foreign = "987222";
+  const std::string target = std::filesystem::temp_directory_path() / "ravo_mark_target";
+  std::filesystem::create_symlink(target, "/dev/shm/ravo_owner_" + linked);
+  const std::string mark = "/dev/shm/ravo_owner_" + foreign;
+  const int stranger = open(mark.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  ASSERT_EQ(fchown(stranger, 65534, 65534), 0);
+  ASSERT_EQ(flock(stranger, LOCK_EX), 0);
+  ClaimOwner(linked);
+  ClaimOwner(foreign);
+  SweepLeftovers();
+  EXPECT_FALSE(std::filesystem::exists(target));
+  EXPECT_EQ(NamesWith("ravo_owner_9871"), (Names{"ravo_owner_" + linked}));
+  EXPECT_EQ(NamesWith("ravo_owner_9872"), (Names{"ravo_owner_" + foreign}));
+  close(stranger);
+  for (const auto& owner : {linked, foreign}) std::filesystem::remove("/dev/shm/ravo_owner_" + owner);
+}
+
+TEST(Shm, IsNotMadeOverASquattedNameNorReadFromAnotherUser) {
+  const std::string name = "/dev/shm/ravo_shm_squatted";
+  const std::string target = std::filesystem::temp_directory_path() / "ravo_shm_target";
+  std::filesystem::create_symlink(target, name);
+  EXPECT_EQ(shoom::Shm("ravo_shm_squatted", 4096).Create(true), 100);
+  EXPECT_FALSE(std::filesystem::exists(target));
+  std::filesystem::remove(name);
+  std::ofstream(name) << std::string(4096, 'x');
+  EXPECT_EQ(shoom::Shm("ravo_shm_squatted", 4096).Create(true), 100);
+  EXPECT_EQ(shoom::Shm("ravo_shm_squatted", 4096).Create(false), 0);
+  if (geteuid() == 0) {
+    ASSERT_EQ(chown(name.c_str(), 65534, 65534), 0);
+    EXPECT_EQ(shoom::Shm("ravo_shm_squatted", 4096).Create(false), 110);
+  }
+  std::filesystem::remove(name);
 }
 
 TEST(Shm, SaysSoWhenTheMemoryIsNotThere) {

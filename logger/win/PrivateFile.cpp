@@ -1,0 +1,7 @@
+#include "../PrivateFile.h"
+
+namespace logger {
+
+void MakePrivate(const std::filesystem::path&) {}
+
+}  // namespace logger

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <ostream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Faults.h"
+
+namespace faults {
+
+// A call and what the scenario may come to when it fails, whichever of its uses it is.
+struct Case {
+  const char* name;
+  Call call;
+  std::vector<std::string> outcomes;
+};
+
+inline void PrintTo(const Case& fault, std::ostream* out) {
+  *out << fault.name;
+}
+
+// Fails each use of the call in turn, until none is left, and looks at what came of it. Every stated outcome has to
+// come up, and no other; without a fault it is "done".
+inline void ExpectOutcomes(const Case& fault, const std::function<std::string()>& scenario) {
+  constexpr int kMost = 2000;
+  std::set<std::string> seen;
+  for (int nth = 1; nth < kMost; ++nth) {
+    const Outcome outcome = RunWithFault(fault.call, nth, scenario);
+    if (!outcome.fired) {
+      EXPECT_EQ(outcome.text, "done") << outcome.errors;
+      EXPECT_GT(nth, 1) << "the scenario makes no such call";
+      EXPECT_THAT(seen, testing::UnorderedElementsAreArray(fault.outcomes));
+      return;
+    }
+    EXPECT_THAT(fault.outcomes, testing::Contains(outcome.text)) << "call " << nth << '\n' << outcome.errors;
+    seen.insert(outcome.text);
+  }
+  FAIL() << "no end of calls";
+}
+
+}  // namespace faults

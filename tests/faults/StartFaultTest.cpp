@@ -1,0 +1,79 @@
+// Threads that do not come, and a library that cannot be loaded.
+#include <mutex>
+
+#include "FaultTest.h"
+#include "engine/EngineApi.h"
+#include "ipc/IPCServer.h"
+#include "support/LogCapture.h"
+#include "support/PipeName.h"
+#include "support/Process.h"
+#include "task/TaskRunner.h"
+#include "task/TimerTaskRunner.h"
+
+namespace {
+
+using faults::Call;
+using faults::Case;
+using TESSARIN_LUMARC::EngineApi;
+
+class StartFault : public testing::TestWithParam<Case> {};
+
+struct Nobody final : TESSARIN_COMMON::IIPCDelegate {
+  void OnConnected() override {}
+  void OnDisconnect() override {}
+  void OnDataReceived(const char*, std::uint32_t) override {}
+  void OnErrorReport(std::int32_t, const char*) override {}
+};
+
+// A runner, a timer and an endpoint: which of them did not start. One that did has to work, and all have to stop.
+std::string StartThreads() {
+  std::string outcome;
+  TESSARIN_TASK::TaskRunner tasks(TESSARIN_TASK::TaskRunner::kMain);
+  const bool tasksRun = tasks.StartRunner();
+  bool ran = false;
+  if (tasksRun) tasks.PostTaskAndWait({}, [&] { ran = tasks.IsCurrentThread(); });
+  tasks.StopRunner();
+  TESSARIN_TASK::TimerTaskRunner timers;
+  const bool timersRun = timers.StartRunner({}, {});
+  timers.StopRunner();
+  Nobody nobody;
+  TESSARIN_COMMON::IPCServer server(support::UniquePipeName());
+  server.SetDelegate(&nobody);
+  const bool serverRuns = server.Start();
+  server.Stop();
+  if (!tasksRun) outcome += "no tasks";
+  if (tasksRun && !ran) outcome += "a task does not know its thread, ";
+  if (!timersRun) outcome += "no timers";
+  if (!serverRuns) outcome += "no server";
+  return outcome.empty() ? "done" : outcome;
+}
+
+// The tiny engine exports three names; those that are missing stay empty.
+std::string LoadEngine() {
+  const support::LogCapture log;
+  auto& api = EngineApi::GetInstance();
+  const bool loaded = api.Load(support::BesideTest(TINY_ENGINE));
+  faults::Disarm();
+  if (!loaded) return log.Lines().empty() ? "silence" : log.Lines().back().text.substr(0, 23);
+  const int found = static_cast<int>(static_cast<bool>(api.OnVideoCommonFrame)) +
+                    static_cast<int>(static_cast<bool>(api.OnDeviceChange));
+  return found == 2 ? "done" : "without an entry";
+}
+
+TEST_P(StartFault, OfAThreadIsToldToTheStarter) {
+  faults::ExpectOutcomes(GetParam(), StartThreads);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, StartFault,
+    testing::Values(Case{"ThreadCreate", Call::ThreadCreate, {"no tasks", "no timers", "no server"}},
+                    Case{"ThreadKey", Call::ThreadKey, {"no tasks", "no timers"}},
+                    Case{"Memory", Call::Memory, {"done", "no memory", "no tasks", "no timers", "no server"}}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(EngineFault, OfTheLibraryIsALineAndOfASymbolAnEmptyEntry) {
+  faults::ExpectOutcomes({"", Call::LibraryOpen, {"engine library: dlopen:"}}, LoadEngine);
+  faults::ExpectOutcomes({"", Call::LibrarySymbol, {"done", "without an entry"}}, LoadEngine);
+}
+
+}  // namespace

@@ -1,0 +1,127 @@
+// Both ends of a link in one thread, with every call of the system and every piece of memory failing once.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "FaultTest.h"
+#include "common/Platform.h"
+#include "ipc/NamedPipeClient.h"
+#include "ipc/NamedPipeServer.h"
+
+namespace {
+
+using namespace TESSARIN_COMMON;
+using faults::Call;
+using faults::Case;
+
+// The codes alone: which system error stands behind one is the fault's own.
+class Codes final : public IIpcErrorReporter {
+ public:
+  void OnIpcError(std::int32_t code, const char*) override {
+    if (code < 0) text_ += ' ' + std::to_string(code);
+  }
+  [[nodiscard]] const std::string& Text() const { return text_; }
+
+ private:
+  std::string text_;
+};
+
+class Link {
+ public:
+  explicit Link(const std::string& name) : name_(name), server_(name), client_(name) {
+    server_.SetErrorReporter(&codes_);
+    client_.SetErrorReporter(&codes_);
+    client_.SetSleep([](auto) {});
+  }
+
+  // A message that is larger than what the system takes at once, there and back. What failed, with its codes.
+  std::string Run() {
+    if (!server_.Open()) return Failed("open");
+    if (!client_.Connect(0)) return Failed("connect");
+    if (!server_.WaitConnect()) return Failed("wait");
+    if (access(name_.c_str(), F_OK) == 0) return Failed("name");
+    if (const std::string failed = Pass(client_, server_); !failed.empty()) return Failed(failed + " to the server");
+    if (const std::string failed = Pass(server_, client_); !failed.empty()) return Failed(failed + " to the client");
+    server_.Disconnect();
+    server_.Close();
+    return server_.Open() ? Failed("done") : Failed("open again");
+  }
+
+ private:
+  static constexpr std::size_t kBytes = 260'000;
+
+  std::string Failed(const std::string& what) { return what + codes_.Text(); }
+
+  static std::string Pass(NamedPipe& from, NamedPipe& to) {
+    const std::string sent(kBytes, 'x');
+    std::string received(kBytes, '\0');
+    if (!from.Send(sent.data(), kBytes)) return "send";
+    if (!to.RecvData(received.data(), kBytes)) return "receive";
+    std::int32_t count = 0;
+    while (count == 0) {
+      from.WaitRecvData();  // flushes what its side has kept
+      count = to.WaitRecvData();
+    }
+    if (count < 0) return "wait";
+    if (static_cast<std::size_t>(count) != kBytes) return "half a message";
+    return received == sent ? "" : "wrong bytes";
+  }
+
+  const std::string name_;
+  Codes codes_;
+  NamedPipeServer server_;
+  NamedPipeClient client_;
+};
+
+// Without memory, which may be what fails.
+int CountDescriptors() {
+  int count = 0;
+  for (int descriptor = 0; descriptor < 256; ++descriptor) count += fcntl(descriptor, F_GETFD) >= 0 ? 1 : 0;
+  return count;
+}
+
+class TransportFault : public testing::TestWithParam<Case> {};
+
+TEST_P(TransportFault, IsReportedAndLeavesNothing) {
+  const auto folder = std::filesystem::temp_directory_path() / ("ravo_faults_" + std::to_string(CurrentProcessId()));
+  std::filesystem::create_directory(folder);
+  const std::string name = folder / "link";
+  faults::ExpectOutcomes(GetParam(), [&] {
+    std::string outcome;
+    const int before = CountDescriptors();
+    {
+      Link link(name);
+      outcome = link.Run();
+    }
+    faults::Disarm();
+    if (CountDescriptors() != before) outcome += ", with a descriptor left";
+    if (std::filesystem::exists(std::filesystem::symlink_status(name))) outcome += ", with its name left";
+    return outcome;
+  });
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
+  std::filesystem::remove_all(folder);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, TransportFault,
+    testing::Values(Case{"Socket", Call::Socket, {"open", "done", "open again"}},
+                    Case{"Bind", Call::Bind, {"open", "open again"}},
+                    Case{"Listen", Call::Listen, {"open", "open again"}},
+                    Case{"ModeOfSocket", Call::ModeOfSocket, {"open", "open again"}},
+                    Case{"Eventfd", Call::Eventfd, {"open -1003", "connect -1003", "open again -1003"}},
+                    Case{"Accept", Call::Accept, {"wait -2002"}}, Case{"Connect", Call::Connect, {"done"}},
+                    Case{"Poll", Call::Poll, {"done"}},
+                    Case{"SendMessage", Call::SendMessage, {"send to the server -1006", "send to the client -2004"}},
+                    Case{"Send", Call::Send, {"half a message to the server", "half a message to the client"}},
+                    Case{"ReceiveMessage",
+                         Call::ReceiveMessage,
+                         {"wait to the server -2006", "half a message to the server", "wait to the client -1008",
+                          "half a message to the client"}},
+                    Case{"Memory",
+                         Call::Memory,
+                         {"no memory", "open", "open -1003", "connect -1003", "send to the server -1006",
+                          "send to the client -2004", "open again", "open again -1003"}}),
+    [](const auto& test) { return test.param.name; });
+
+}  // namespace
