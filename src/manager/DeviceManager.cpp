@@ -3,8 +3,8 @@
 #include <array>
 #include <string>
 
-#include "Events.h"
 #include "LentList.h"
+#include "Tables.h"
 #include "records/DeviceRecords.h"
 
 namespace TESSARIN_LUMARC {
@@ -52,42 +52,6 @@ static_assert(kEvents.size() == 17);
 
 // ---- Requests ----
 
-constexpr auto kForwarded = Rows(
-    Forward<&EngineApi::OpenAccessibilityAuthorization, Reply::Null>("OpenAccessibilityAuthorization"),
-    Forward<&EngineApi::SetRestartCoreaudiodAuthorizationDescriptionForRtc, Reply::Null>(
-        "SetRestartCoreaudiodAuthorizationDescriptionForRtc"),
-    Forward<&EngineApi::SetRestartCoreaudiodAuthorizationDescription, Reply::Null>(
-        "SetRestartCoreaudiodAuthorizationDescription"),
-    // On purpose not the entry of the same name.
-    Forward<&EngineApi::SetRestartCoreaudiodAuthorizationDescription, Reply::Null>(
-        "SetRestartVdcAssistantAuthorizationDescription"),
-    Forward<&EngineApi::SetVideoDigitalZoomControl, Reply::Null>("VirtualCameraControl"),
-    Forward<&EngineApi::StartVideoDigitalZoomControl, Reply::Null>("StartVirtualCameraControl"),
-    Forward<&EngineApi::StopVideoDigitalZoomControl, Reply::Null>("StopVirtualCameraControl"),
-    Forward<&EngineApi::GetAudioServiceState, Reply::Null>("GetCoreAudioStatus"),
-    Forward<&EngineApi::OpenCameraPreference, Reply::Null>("OpenCameraPreference"),
-    Forward<&EngineApi::OpenScreenRecordPreference, Reply::Null>("OpenScreenRecordPreference"),
-    // The system has one place for all three.
-    Forward<&EngineApi::OpenScreenRecordPreference, Reply::Null>("OpenAccessibilityPreference"),
-    Forward<&EngineApi::OpenScreenRecordPreference, Reply::Null>("OpenMicPreference"),
-    Forward<&EngineApi::StartAudioCapture, Reply::Null>("StartAudioCapture"),
-    Forward<&EngineApi::StopAudioCapture, Reply::Null>("StopAudioCapture"),
-    // No client reaches this one: a key on the wire never becomes a name that starts in lower case. It stays as it is.
-    Forward<&EngineApi::setVideoCaptureRotation, Reply::Null>("setVideoCaptureRotation"),
-    Forward<&EngineApi::GetScreenRecordAuthorizationStatus, Reply::Int>("GetScreenRecordAuthorizationStatus"),
-    Forward<&EngineApi::GetAccessibilityAuthorizationStatus, Reply::Int>("GetAccessibilityAuthorizationStatus"),
-    Forward<&EngineApi::SetDevice, Reply::Int>("SetDevice"),
-    Forward<&EngineApi::GetCurrentVolume, Reply::Number>("GetCurrentVolume"),
-    Forward<&EngineApi::SetCurrentVolume, Reply::Int>("SetCurrentVolume"),
-    Forward<&EngineApi::SetCurrentRecordingMute, Reply::Int>("SetCurrentRecordingMute"),
-    Forward<&EngineApi::SetCurrentPlaybackMute, Reply::Int>("SetCurrentPlaybackMute"),
-    Forward<&EngineApi::SetAppVolume, Reply::Int>("SetAppVolume"),
-    Forward<&EngineApi::EnableRecordAutoSwitch, Reply::Int>("EnableRecordAutoSwitch"),
-    Forward<&EngineApi::ControlCamera, Reply::Int>("ControlCamera"),
-    Forward<&EngineApi::StartControlCamera, Reply::Int>("StartControlCamera"),
-    Forward<&EngineApi::StopControlCamera, Reply::Int>("StopControlCamera"),
-    Forward<&EngineApi::GetAudioPluginDeviceId, Reply::String>("GetAudioPluginDeviceId"));
-
 std::string CurrentDeviceId(std::int64_t deviceType) {
   constexpr std::size_t kIdBytes = 1024;
   std::array<char, kIdBytes + 1> buffer{};  // one more than the engine's share, so that a NUL always stands behind it
@@ -133,23 +97,66 @@ void StopPlayAudio(IPCData& request) {
   ReplyValue(request, 0);
 }
 
-constexpr auto kOwn =
-    Rows(RequestRow{"GetDevices", GetDevices},
-         RequestRow{"GetDefaultDeviceInfo", AnswerDevice<&EngineApi::GetDefaultDeviceInfo>},
-         RequestRow{"GetCurrentDeviceInfo", AnswerDevice<&EngineApi::GetCurrentDeviceInfo>},
-         RequestRow{"GetCurrentDeviceId", GetCurrentDeviceId}, RequestRow{"SetCameraConfig", SetCameraConfig},
-         RequestRow{"StartPlayAudio", StartPlayAudio}, RequestRow{"StopPlayAudio", StopPlayAudio},
-         RequestRow{"StartMicrophoneTest", NeverAnswered}, RequestRow{"StopMicrophoneTest", NeverAnswered},
-         RequestRow{"StartSpeakerTest", NeverAnswered}, RequestRow{"StopSpeakerTest", NeverAnswered},
-         RequestRow{"SetSystemVolume", NeverAnswered});
-static_assert(kForwarded.size() + kOwn.size() == 40);
+constexpr auto kRows = Rows(
+    // ---- Forwarded ----
+    Forward<&EngineApi::OpenAccessibilityAuthorization, Reply::Null>("OpenAccessibilityAuthorization"),
+    Forward<&EngineApi::SetRestartCoreaudiodAuthorizationDescriptionForRtc, Reply::Null>(
+        "SetRestartCoreaudiodAuthorizationDescriptionForRtc"),
+    Forward<&EngineApi::SetRestartCoreaudiodAuthorizationDescription, Reply::Null>(
+        "SetRestartCoreaudiodAuthorizationDescription"),
+    // On purpose not the entry of the same name.
+    Forward<&EngineApi::SetRestartCoreaudiodAuthorizationDescription, Reply::Null>(
+        "SetRestartVdcAssistantAuthorizationDescription"),
+    Forward<&EngineApi::SetVideoDigitalZoomControl, Reply::Null>("VirtualCameraControl"),
+    Forward<&EngineApi::StartVideoDigitalZoomControl, Reply::Null>("StartVirtualCameraControl"),
+    Forward<&EngineApi::StopVideoDigitalZoomControl, Reply::Null>("StopVirtualCameraControl"),
+    Forward<&EngineApi::GetAudioServiceState, Reply::Null>("GetCoreAudioStatus"),
+    Forward<&EngineApi::OpenCameraPreference, Reply::Null>("OpenCameraPreference"),
+    Forward<&EngineApi::OpenScreenRecordPreference, Reply::Null>("OpenScreenRecordPreference"),
+    // The system has one place for all three.
+    Forward<&EngineApi::OpenScreenRecordPreference, Reply::Null>("OpenAccessibilityPreference"),
+    Forward<&EngineApi::OpenScreenRecordPreference, Reply::Null>("OpenMicPreference"),
+    Forward<&EngineApi::StartAudioCapture, Reply::Null>("StartAudioCapture"),
+    Forward<&EngineApi::StopAudioCapture, Reply::Null>("StopAudioCapture"),
+    // No client reaches this one: a key on the wire never becomes a name that starts in lower case. It stays as it is.
+    Forward<&EngineApi::setVideoCaptureRotation, Reply::Null>("setVideoCaptureRotation"),
+    Forward<&EngineApi::GetScreenRecordAuthorizationStatus, Reply::Int>("GetScreenRecordAuthorizationStatus"),
+    Forward<&EngineApi::GetAccessibilityAuthorizationStatus, Reply::Int>("GetAccessibilityAuthorizationStatus"),
+    Forward<&EngineApi::SetDevice, Reply::Int>("SetDevice"),
+    Forward<&EngineApi::GetCurrentVolume, Reply::Number>("GetCurrentVolume"),
+    Forward<&EngineApi::SetCurrentVolume, Reply::Int>("SetCurrentVolume"),
+    Forward<&EngineApi::SetCurrentRecordingMute, Reply::Int>("SetCurrentRecordingMute"),
+    Forward<&EngineApi::SetCurrentPlaybackMute, Reply::Int>("SetCurrentPlaybackMute"),
+    Forward<&EngineApi::SetAppVolume, Reply::Int>("SetAppVolume"),
+    Forward<&EngineApi::EnableRecordAutoSwitch, Reply::Int>("EnableRecordAutoSwitch"),
+    Forward<&EngineApi::ControlCamera, Reply::Int>("ControlCamera"),
+    Forward<&EngineApi::StartControlCamera, Reply::Int>("StartControlCamera"),
+    Forward<&EngineApi::StopControlCamera, Reply::Int>("StopControlCamera"),
+    Forward<&EngineApi::GetAudioPluginDeviceId, Reply::String>("GetAudioPluginDeviceId"),
+    // ---- With a handler of their own ----
+    RequestRow{"GetDevices", GetDevices},
+    RequestRow{"GetDefaultDeviceInfo", AnswerDevice<&EngineApi::GetDefaultDeviceInfo>},
+    RequestRow{"GetCurrentDeviceInfo", AnswerDevice<&EngineApi::GetCurrentDeviceInfo>},
+    RequestRow{"GetCurrentDeviceId", GetCurrentDeviceId}, RequestRow{"SetCameraConfig", SetCameraConfig},
+    RequestRow{"StartPlayAudio", StartPlayAudio}, RequestRow{"StopPlayAudio", StopPlayAudio},
+    RequestRow{"StartMicrophoneTest", NeverAnswered}, RequestRow{"StopMicrophoneTest", NeverAnswered},
+    RequestRow{"StartSpeakerTest", NeverAnswered}, RequestRow{"StopSpeakerTest", NeverAnswered},
+    RequestRow{"SetSystemVolume", NeverAnswered});
+static_assert(kRows.size() == 40);
 
 }  // namespace
 
+std::span<const RequestRow> DeviceRequestRows() {
+  return kRows;
+}
+
+std::span<const EventRow> DeviceEventRows() {
+  return kEvents;
+}
+
 void DeviceManager::Register() {
-  RegisterAll(kEvents);
-  Add(kForwarded);
-  Add(kOwn);
+  RegisterAll(DeviceEventRows());
+  Add(DeviceRequestRows());
 }
 
 std::vector<DeviceGroup> DeviceManager::Groups() const {

@@ -33,6 +33,7 @@ std::string Composed(const char* format, Args... args) {
 
 std::vector<const char*> Pointers(const std::vector<std::string>& texts) {
   std::vector<const char*> pointers;
+  pointers.reserve(texts.size());
   for (const auto& text : texts) pointers.push_back(text.c_str());
   return pointers;
 }
@@ -165,6 +166,7 @@ void SetVideoProfiles(const std::vector<TESSARIN_COMMON::VideoProfile>& profiles
 
 void SetProxyConfigs(const std::vector<TESSARIN_COMMON::ProxyConfig>& proxies) {
   std::vector<EngineProxyConfig> rows;
+  rows.reserve(proxies.size());
   for (const auto& proxy : proxies) {
     rows.push_back(
         {proxy.proxyType, proxy.proxyIp.c_str(), proxy.proxyPort, proxy.unused1.c_str(), proxy.unused2.c_str()});

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <tuple>
 #include <type_traits>
 
@@ -94,7 +95,7 @@ void SendArguments(const char* event, const A&... arguments) {
   }
 }
 
-// One registration. `event` is what the client hears, for people: the function knows it.
+// One registration. `event` is what the client hears, for documents and tests: the function knows it.
 struct EventRow {
   const char* registration;
   const char* event;
@@ -124,8 +125,7 @@ constexpr EventRow Own(const char* registration, const char* event) {
   return {registration, event, [](const EngineApi& api) { (api.*Entry).template Register<Function>(); }};
 }
 
-template <std::size_t N>
-void RegisterAll(const std::array<EventRow, N>& rows) {
+inline void RegisterAll(std::span<const EventRow> rows) {
   for (const EventRow& row : rows) row.registerWith(EngineApi::GetInstance());
 }
 

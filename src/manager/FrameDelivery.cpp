@@ -2,6 +2,7 @@
 
 #include <array>
 #include <memory>
+#include <new>
 #include <string>
 
 #include "MeetingManager.h"
@@ -86,10 +87,8 @@ FrameMeta MetaOf(const VideoFrameInfo& info, const std::int64_t* strides) {
           .colorSpace = static_cast<std::uint32_t>(info.colorSpace)};
 }
 
-}  // namespace
-
-void OnVideoCommonFrame(const char* uid, VideoFrameInfo info, const std::uint8_t* const* planes,
-                        std::int32_t planeCount, const std::int64_t* strides) {
+void Deliver(const char* uid, const VideoFrameInfo& info, const std::uint8_t* const* planes, std::int32_t planeCount,
+             const std::int64_t* strides) {
   static auto* const gate = new TESSARIN_LOG::IntervalGate;
   const bool bScreen = info.field_type == kScreenField;
   if (gate->IsTime()) Log("SubscribeManager::OnVideoCommonFrame uid:{}, bScreen:{}", uid, bScreen);
@@ -105,6 +104,17 @@ void OnVideoCommonFrame(const char* uid, VideoFrameInfo info, const std::uint8_t
   std::array<const std::uint8_t*, kPlaneCount> list{};
   for (std::size_t i = 0; i < kPlaneCount && static_cast<std::int32_t>(i) < planeCount; ++i) list[i] = planes[i];
   frames->UpdateSlot(stream.sid, MetaOf(info, strides), list);
+}
+
+}  // namespace
+
+void OnVideoCommonFrame(const char* uid, VideoFrameInfo info, const std::uint8_t* const* planes,
+                        std::int32_t planeCount, const std::int64_t* strides) {
+  try {
+    Deliver(uid, info, planes, planeCount, strides);
+  } catch (const std::bad_alloc&) {
+    Log("[STREAM_FRAME] no memory for a frame, uid: {}", uid);  // it is lost, and the next one tries again
+  }
 }
 
 }  // namespace TESSARIN_LUMARC

@@ -15,8 +15,8 @@ template <class T>
 class InsertionMap {
  public:
   InsertionMap() = default;
-  InsertionMap(InsertionMap&&) = default;
-  InsertionMap& operator=(InsertionMap&&) = default;
+  InsertionMap(InsertionMap&&) noexcept = default;
+  InsertionMap& operator=(InsertionMap&&) noexcept = default;
   InsertionMap(const InsertionMap&) = delete;  // a copy's places would name the rows of the original
   InsertionMap& operator=(const InsertionMap&) = delete;
 

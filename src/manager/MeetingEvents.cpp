@@ -4,10 +4,12 @@
 #include "Events.h"
 #include "InsertionMap.h"
 #include "MeetingManager.h"
-#include "MeetingTables.h"
+#include "Tables.h"
+#include "TextOrEmpty.h"
 #include "common/Clock.h"
 #include "common/JsonWriter.h"
 #include "log/LogInstance.h"
+#include "power/PowerMonitor.h"
 #include "records/MeetingRecords.h"
 #include "records/StreamRecords.h"
 
@@ -17,18 +19,19 @@ namespace {
 
 using TESSARIN_LOG::Log;
 
+constexpr TESSARIN_TASK::Location kPowerPlace{"MeetingManager::PowerCallback", "src/manager/MeetingManager"};
 constexpr TESSARIN_TASK::Location kJoinPlace{"MeetingManager::JoinChannelSuccess", "src/manager/MeetingManager"};
 
 void MyUidChange(const char* uid) {
-  Log("MyUidChange arg:{}", uid);
+  Log("MyUidChange arg:{}", TextOrEmpty(uid));
   SendArguments("MyUidChange", uid);
 }
 
 // The success is handled on "main_thread", behind the request that caused it.
 void JoinChannelSuccess(const char* roomId, const char* uid, std::int64_t elapsed) {
-  Log("JoinChannelSuccess arg1:{}", roomId);
+  Log("JoinChannelSuccess arg1:{}", TextOrEmpty(roomId));
   auto& server = RavoManager::GetInstance();
-  server.Tasks().PostTask(kJoinPlace, [&server, room = std::string(roomId), user = std::string(uid), elapsed] {
+  server.Tasks().PostTask(kJoinPlace, [&server, room = TextOrEmpty(roomId), user = TextOrEmpty(uid), elapsed] {
     server.Meeting().JoinSucceeded(room, user, elapsed);
   });
 }
@@ -145,10 +148,27 @@ constexpr auto kEvents = EventRows(
         "OnAudioPlaybackDeviceTestVolume"));
 static_assert(kEvents.size() == 33);
 
+// Power callbacks come on threads that must not wait for a client; the event leaves from "main_thread".
+template <class... A>
+std::function<void(A...)> PostedEvent(const char* event) {
+  return [event](A... arguments) {
+    RavoManager::GetInstance().Tasks().PostTask(kPowerPlace, [=] { SendArguments(event, arguments...); });
+  };
+}
+
 }  // namespace
 
-void RegisterMeetingEvents() {
-  RegisterAll(kEvents);
+std::span<const EventRow> MeetingEventRows() {
+  return kEvents;
+}
+
+void ListenToPower() {
+  TESSARIN_POWER::PowerMonitor::GetInstance().SetCallbacks(
+      {.saverChange = PostedEvent<bool>("BatterySavingModeChange"),
+       .mainsChange = PostedEvent<bool>("PowerSourceChangeToAc"),
+       .remainingChange = PostedEvent<std::int64_t>("PowerRemainChange"),
+       .resume = PostedEvent<>("SystemResumeEvent"),
+       .suspend = PostedEvent<>("SystemSuspendEvent")});
 }
 
 }  // namespace TESSARIN_LUMARC

@@ -1,12 +1,13 @@
 #include "MeetingManager.h"
 
-#include "MeetingTables.h"
 #include "RavoManager.h"
 #include "SubscribeManager.h"
-#include "common/Clock.h"
+#include "Tables.h"
 #include "common/JsonNode.h"
 #include "ipc/EventArguments.h"
 #include "log/LogInstance.h"
+#include "power/PowerMonitor.h"
+#include "power/PowerSaveBlocker.h"
 #include "slots/StreamDataManager.h"
 #include "slots/StreamMng.h"
 
@@ -16,12 +17,12 @@ namespace {
 
 using slots::StreamDataManager;
 using slots::StreamMng;
-using TESSARIN_COMMON::Clock;
 using TESSARIN_COMMON::JsonWriter;
 using TESSARIN_COMMON::ServerOption;
 using TESSARIN_LOG::Log;
+using TESSARIN_POWER::PowerMonitor;
+using TESSARIN_POWER::PowerSaveBlocker;
 
-constexpr std::uint32_t kJoinTimeoutMs = 50000;
 constexpr std::int64_t kChannelProfile = 16;
 constexpr TESSARIN_TASK::Location kLeavePlace{"MeetingManager::LeaveMeeting", "src/manager/MeetingManager"};
 
@@ -62,17 +63,29 @@ void SendPreviewStatus(bool on) {
 
 }  // namespace
 
+MeetingManager::MeetingManager()
+    : joinTimer_(RavoManager::GetInstance().Timers(),
+                 [] { RavoManager::GetInstance().Monitor().ReportJoinTimeout(); }) {
+  ListenToPower();
+}
+
 void MeetingManager::Register() {
-  RegisterMeetingEvents();
+  RegisterAll(MeetingEventRows());
   Add(MeetingRequestRows());
-  const auto add = [this](const char* method, void (MeetingManager::*handler)(IPCData&)) {
-    Add(method, [this, handler](IPCData& request) { (this->*handler)(request); });
+  Add(*this, OwnRequests());
+}
+
+std::span<const OwnRow<MeetingManager>> MeetingManager::OwnRequests() {
+  static constexpr OwnRow<MeetingManager> kRows[] = {
+      {"JoinMeeting", &MeetingManager::JoinMeeting},
+      {"LeaveMeeting", &MeetingManager::LeaveMeeting},
+      {"EnableLocalVideo", &MeetingManager::EnableLocalVideo},
+      {"StartPreview", &MeetingManager::StartPreview},
+      {"StopPreview", &MeetingManager::StopPreview},
+      {"StartPowerMonitor", &MeetingManager::StartPowerMonitor},
+      {"StartPreventDisplaySleep", &MeetingManager::StartPreventDisplaySleep},
   };
-  add("JoinMeeting", &MeetingManager::JoinMeeting);
-  add("LeaveMeeting", &MeetingManager::LeaveMeeting);
-  add("EnableLocalVideo", &MeetingManager::EnableLocalVideo);
-  add("StartPreview", &MeetingManager::StartPreview);
-  add("StopPreview", &MeetingManager::StopPreview);
+  return kRows;
 }
 
 ServerState MeetingManager::State() const {
@@ -111,7 +124,6 @@ void MeetingManager::JoinMeeting(IPCData& request) {
   EnterJoining(uid, roomId);
 }
 
-// A second join takes over the ids and the timer's; the earlier timer goes on with nobody to cancel it.
 void MeetingManager::EnterJoining(const std::string& uid, const std::string& roomId) {
   StreamMng::GetInstance().SetMyUid(uid);
   {
@@ -120,9 +132,7 @@ void MeetingManager::EnterJoining(const std::string& uid, const std::string& roo
   }
   roomId_ = roomId;
   isJoinMeeting_ = true;
-  joinStartNs_ = Clock::System().SteadyNs();
-  joinTimerId_ = RavoManager::GetInstance().Timers().AddTimer(
-      kJoinTimeoutMs, [] { RavoManager::GetInstance().Monitor().ReportJoinTimeout(); });
+  joinTimer_.Start();
   auto& streams = StreamDataManager::GetInstance();
   streams.AddSelfUid(uid);
   streams.RemovePreviewStream();  // retired with the join, while the capture goes on
@@ -134,12 +144,13 @@ void MeetingManager::JoinSucceeded(const std::string& roomId, const std::string&
     Log("[JoinChannelSuccess] isJoinMeeting is false, so return");
     return;
   }
-  const std::int64_t costMs = (Clock::System().SteadyNs() - joinStartNs_) / 1'000'000;
+  const std::int64_t costMs = joinTimer_.ElapsedMs();
   auto& server = RavoManager::GetInstance();
   server.SendEvent("JoinChannelSuccess", TESSARIN_COMMON::EventArguments().Add(roomId).Add(uid).Add(elapsed).Print());
   StreamMng::GetInstance().StartFrameCheck(server.Timers());
-  server.Timers().CancelTimer(joinTimerId_);
+  joinTimer_.Stop();
   server.Monitor().ReportJoinCost(costMs);
+  server.Monitor().StartMeetingSnapshot(server.Options().enableAutoMonitor);
 }
 
 void MeetingManager::LeaveMeeting(IPCData& request) {
@@ -148,7 +159,8 @@ void MeetingManager::LeaveMeeting(IPCData& request) {
   ReplyNull(request);
   server.SendEvent("LeaveMeetingSuccess", "[]");  // our own word; the engine has none for it
   StreamMng::GetInstance().StopFrameCheck(server.Timers());
-  server.Timers().CancelTimer(joinTimerId_);
+  server.Monitor().StopMeetingSnapshot();
+  joinTimer_.Stop();
   isJoinMeeting_ = false;
   // What was changed for this meeting ends with it.
   server.Tasks().PostTask(kLeavePlace, [&server] { server.Subscriptions().ApplyOptions(server.Options()); });
@@ -187,6 +199,17 @@ void MeetingManager::StopPreview(IPCData& request) {
   streams.RemovePreviewStream();
   AnnounceRemoval(streams.GetPreviewSid());
   streams.SetSelfStreamHasVideo(isEnableLocalVideo_);
+}
+
+void MeetingManager::StartPowerMonitor(IPCData& request) {
+  PowerMonitor::GetInstance().StartWatch(static_cast<std::int32_t>(request.parsed.Integer(0)));
+  ReplyNull(request);
+}
+
+// Whether it works is in the log alone. Nothing takes it back: it ends with the process.
+void MeetingManager::StartPreventDisplaySleep(IPCData& request) {
+  PowerSaveBlocker::GetInstance().StartPreventDisplaySleep();
+  ReplyNull(request);
 }
 
 }  // namespace TESSARIN_LUMARC

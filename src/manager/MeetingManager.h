@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "JoinTimer.h"
 #include "Requests.h"
 #include "ServerState.h"
 
@@ -14,8 +15,11 @@ namespace TESSARIN_LUMARC {
 // handlers run on "main_thread" alone; engine threads ask for the own user id.
 class MeetingManager : public RequestManager {
  public:
+  MeetingManager();
+
   // Gives the engine its callbacks, then fills the map. The init task, once.
   void Register();
+  [[nodiscard]] static std::span<const OwnRow<MeetingManager>> OwnRequests();
 
   [[nodiscard]] ServerState State() const;
   // Whether this is the user id of the last join. Any thread.
@@ -32,6 +36,8 @@ class MeetingManager : public RequestManager {
   void EnableLocalVideo(IPCData& request);
   void StartPreview(IPCData& request);
   void StopPreview(IPCData& request);
+  void StartPowerMonitor(IPCData& request);
+  void StartPreventDisplaySleep(IPCData& request);
 
   bool isEnableLocalVideo_ = false;
   mutable std::mutex uidMutex_;  // guards myUid_
@@ -40,8 +46,7 @@ class MeetingManager : public RequestManager {
   bool isJoinMeeting_ = false;
   bool isStartPreview_ = false;
   bool dynamicLayoutPerfEnable_ = false;  // reported; nothing sets it
-  std::int32_t joinTimerId_ = 0;
-  std::int64_t joinStartNs_ = 0;  // steady
+  JoinTimer joinTimer_;
 };
 
 }  // namespace TESSARIN_LUMARC

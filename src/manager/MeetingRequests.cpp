@@ -1,5 +1,5 @@
-#include "MeetingTables.h"
 #include "RecordArguments.h"
+#include "Tables.h"
 #include "log/LogInstance.h"
 #include "records/MeetingRecords.h"
 
@@ -18,6 +18,7 @@ void SetDefaultVideoOutputMode(IPCData& request) {
 void SetSubChannels(IPCData& request) {
   const auto channels = ReadRecordArgument<std::vector<Channel>>(request);
   std::vector<EngineChannel> rows;
+  rows.reserve(channels.size());
   for (const auto& channel : channels) rows.push_back({channel.channelName.c_str(), channel.volumeScale});
   ReplyValue(request, Api().SetSubChannels(rows.data(), static_cast<std::int32_t>(rows.size())));
 }
@@ -104,7 +105,7 @@ constexpr auto kRows = Rows(
     RequestRow{"StartAudioLocalRecord", AnswerTrue<&EngineApi::StartAudioCapture>},
     RequestRow{"StopAudioLocalRecord", AnswerTrue<&EngineApi::StopAudioCapture>});
 
-static_assert(kRows.size() + 5 == 61);  // and those of MeetingManager itself
+static_assert(kRows.size() + 7 == 63);  // and those of MeetingManager itself
 
 }  // namespace
 

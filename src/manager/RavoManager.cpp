@@ -1,6 +1,7 @@
 #include "RavoManager.h"
 
 #include <cstdlib>
+#include <stdexcept>
 #include <utility>
 
 #include "DeviceManager.h"
@@ -48,9 +49,12 @@ RavoManager::RavoManager()
       taskRunner(std::make_unique<TaskRunner>(TaskRunner::kMain)) {
   taskRunner->SetWaitingBudget(300);
   taskRunner->SetRunningBudget(200);
-  taskRunner->StartRunner();
-  timerRunner->StartRunner({}, {});
-  AddHandlers();
+  if (!taskRunner->StartRunner()) throw std::runtime_error("no thread for the tasks");
+  if (!timerRunner->StartRunner({}, {})) {
+    taskRunner->StopRunner();  // whoever goes without it must not leave its thread behind
+    throw std::runtime_error("no thread for the timers");
+  }
+  AddOwn(handlers, *this, OwnRequests());
 }
 
 RavoManager::~RavoManager() {
@@ -79,7 +83,8 @@ void RavoManager::MakeManagers() {
   screenManager = std::make_unique<ScreenManager>();
   subscribeManager = std::make_unique<SubscribeManager>();
   meetingMonitor = std::make_unique<QX_MONITOR::MeetingMonitor>(
-      [this](const std::string& itemsJson) { SendEvent("MeriTrackList", EventArguments().AddRaw(itemsJson).Print()); });
+      [this](const std::string& itemsJson) { SendEvent("MeriTrackList", EventArguments().AddRaw(itemsJson).Print()); },
+      *timerRunner);
   subscribeManager->ApplyOptions(serverOption);
 }
 

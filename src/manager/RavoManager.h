@@ -51,11 +51,16 @@ class RavoManager final : public TESSARIN_COMMON::Singleton<RavoManager>, public
   // Sends an event; `content` is the JSON array of its arguments.
   void SendEvent(std::string_view name, std::string content);
 
+  [[nodiscard]] static std::span<const OwnRow<RavoManager>> OwnRequests();
+
   // The endpoint's delegate: the IPC thread, and testCallapi.
   void OnConnected() override;
   void OnDisconnect() override;
   void OnDataReceived(const char* data, std::uint32_t length) override;
   void OnErrorReport(std::int32_t code, const char* text) override;
+
+  // Handles one message: what OnDataReceived posts. "main_thread" alone. What it throws ends the process.
+  void handleIpcData(const std::string& body);
 
   [[nodiscard]] TESSARIN_TASK::TaskRunner& Tasks() { return *taskRunner; }
   [[nodiscard]] TESSARIN_TASK::TimerTaskRunner& Timers() { return *timerRunner; }
@@ -73,7 +78,6 @@ class RavoManager final : public TESSARIN_COMMON::Singleton<RavoManager>, public
   RavoManager();
   ~RavoManager() override;
 
-  void AddHandlers();
   void MakeManagers();
   void LoadEngine();
   void StartFrameTick();
@@ -81,11 +85,12 @@ class RavoManager final : public TESSARIN_COMMON::Singleton<RavoManager>, public
   bool StartIpcServer();
   void StopTask();
 
-  void handleIpcData(const std::string& body);
   void Dispatch(IPCData& request);
   void BroadcastInit();
+  void ReportInitCost();
   [[nodiscard]] ServerInformation FillServerInformation();
 
+  void Connect(IPCData& request);
   void MonitorAddProcess(IPCData& request);
   void UpdateServerOption(IPCData& request);
   void GetInitInfo(IPCData& request);

@@ -139,6 +139,21 @@ constexpr std::array<RequestRow, sizeof...(Row)> Rows(Row... rows) {
   return {rows...};
 }
 
+// A request that needs its manager.
+template <class Manager>
+struct OwnRow {
+  const char* method;
+  void (Manager::*handler)(IPCData& request);
+};
+
+// A name that is there already keeps its first handler.
+template <class Manager>
+void AddOwn(HandlerMap& map, Manager& self, std::span<const OwnRow<Manager>> rows) {
+  for (const auto& row : rows) {
+    map.emplace(row.method, [&self, handler = row.handler](IPCData& request) { (self.*handler)(request); });
+  }
+}
+
 // Offers requests to a map of handlers: what the four managers have in common. The map is filled once, in the init
 // task, and only read afterwards, by "main_thread".
 class RequestManager {
@@ -153,10 +168,12 @@ class RequestManager {
   RequestManager() = default;
   ~RequestManager() = default;
 
-  // A name that is there already keeps its first handler.
-  void Add(std::string method, Handler handler) { handlers_.emplace(std::move(method), std::move(handler)); }
   void Add(std::span<const RequestRow> rows) {
-    for (const RequestRow& row : rows) Add(row.method, row.handler);
+    for (const RequestRow& row : rows) handlers_.emplace(row.method, row.handler);
+  }
+  template <class Manager>
+  void Add(Manager& self, std::span<const OwnRow<Manager>> rows) {
+    AddOwn(handlers_, self, rows);
   }
 
  private:

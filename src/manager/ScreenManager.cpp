@@ -6,7 +6,7 @@
 #include "Events.h"
 #include "RavoManager.h"
 #include "RecordArguments.h"
-#include "ScreenTables.h"
+#include "Tables.h"
 #include "log/LogInstance.h"
 
 namespace TESSARIN_LUMARC {
@@ -70,25 +70,37 @@ static_assert(kEvents.size() == 20);
 
 }  // namespace
 
-void ScreenManager::Register() {
-  RegisterAll(kEvents);
-  Add(ScreenRequestRows());
-  Add("GetDesktopThumbnail", [this](IPCData& request) { RequestThumbnails(Kind::Desktop, request); });
-  Add("GetWindowThumbnail", [this](IPCData& request) { RequestThumbnails(Kind::Window, request); });
-}
-
 std::deque<std::int64_t>& ScreenManager::Pending(ThumbnailKind kind) {
   return kind == Kind::Desktop ? pendingDesktops_ : pendingWindows_;
 }
 
 // Sends nothing: of the request only its taskId lives on.
-void ScreenManager::RequestThumbnails(ThumbnailKind kind, IPCData& request) {
+template <ScreenManager::ThumbnailKind kKind>
+void ScreenManager::RequestThumbnails(IPCData& request) {
   const auto size = ReadRecordArgument<ThumbnailSize>(request);
-  Log("[{}] {},{},taskid:{}", Texts(kind).requestName, size.width, size.height, request.taskId);
-  Pending(kind).push_back(request.taskId);
+  Log("[{}] {},{},taskid:{}", Texts(kKind).requestName, size.width, size.height, request.taskId);
+  Pending(kKind).push_back(request.taskId);
   const auto& api = EngineApi::GetInstance();
-  const auto& entry = kind == Kind::Desktop ? api.GetDesktopThumbnailAsyn : api.GetWindowThumbnailAsyn;
+  const auto& entry = kKind == Kind::Desktop ? api.GetDesktopThumbnailAsyn : api.GetWindowThumbnailAsyn;
   entry(size.width, size.height);
+}
+
+std::span<const EventRow> ScreenEventRows() {
+  return kEvents;
+}
+
+void ScreenManager::Register() {
+  RegisterAll(ScreenEventRows());
+  Add(ScreenRequestRows());
+  Add(*this, OwnRequests());
+}
+
+std::span<const OwnRow<ScreenManager>> ScreenManager::OwnRequests() {
+  static constexpr OwnRow<ScreenManager> kRows[] = {
+      {"GetDesktopThumbnail", &ScreenManager::RequestThumbnails<Kind::Desktop>},
+      {"GetWindowThumbnail", &ScreenManager::RequestThumbnails<Kind::Window>},
+  };
+  return kRows;
 }
 
 // The reply names nothing but the task: clients pair it by that alone.

@@ -17,12 +17,14 @@ class ScreenManager : public RequestManager {
 
   // Gives the engine its callbacks, then fills the map. The init task, once.
   void Register();
+  [[nodiscard]] static std::span<const OwnRow<ScreenManager>> OwnRequests();
 
   // Answers the oldest request of the kind.
   void AnswerThumbnails(ThumbnailKind kind, const std::vector<ThumbnailRecord>& thumbnails);
 
  private:
-  void RequestThumbnails(ThumbnailKind kind, IPCData& request);
+  template <ThumbnailKind kKind>
+  void RequestThumbnails(IPCData& request);
   [[nodiscard]] std::deque<std::int64_t>& Pending(ThumbnailKind kind);
 
   std::deque<std::int64_t> pendingDesktops_;  // taskIds, oldest first

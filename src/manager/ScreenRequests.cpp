@@ -3,7 +3,7 @@
 
 #include "LentList.h"
 #include "RecordArguments.h"
-#include "ScreenTables.h"
+#include "Tables.h"
 #include "log/LogInstance.h"
 #include "records/ScreenRecords.h"
 

@@ -35,7 +35,10 @@ void RavoManager::OnConnected() {
   Log("ipc client connected");
   SendEnvelope(TESSARIN_COMMON::MakeSessionEvent("connect", R"(["vc"])"));
   meetingMonitor->AddMonitorInfo(TESSARIN_COMMON::CurrentProcessId(), "ravo_native");
-  taskRunner->PostTask(kConnectedPlace, [this] { BroadcastInit(); });
+  taskRunner->PostTask(kConnectedPlace, [this] {
+    BroadcastInit();
+    ReportInitCost();
+  });
 }
 
 // Comes after whatever queued before it, so a client that connects during the init task hears of the finished start.
@@ -43,6 +46,12 @@ void RavoManager::BroadcastInit() {
   Log("start send init");
   const std::string record = TESSARIN_COMMON::JsonText(FillServerInformation());
   SendEnvelope(TESSARIN_COMMON::MakeSessionEvent("INIT", EventArguments().AddRaw(record).Print()));
+}
+
+void RavoManager::ReportInitCost() {
+  DevicePerformance machine{};
+  EngineApi::GetInstance().GetDevicePerformanceInfos(&machine);
+  meetingMonitor->ReportInitCost(initCostMs, machine);
 }
 
 // The client's departure stops the server.

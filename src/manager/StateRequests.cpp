@@ -82,20 +82,25 @@ constexpr std::array kUpdateKeys = {
 
 }  // namespace
 
-void RavoManager::AddHandlers() {
-  const auto add = [this](const char* method, void (RavoManager::*handler)(IPCData&)) {
-    handlers.emplace(method, [this, handler](IPCData& request) { (this->*handler)(request); });
+std::span<const OwnRow<RavoManager>> RavoManager::OwnRequests() {
+  static constexpr OwnRow<RavoManager> kRows[] = {
+      {"Connect", &RavoManager::Connect},
+      {"MonitorAddProcess", &RavoManager::MonitorAddProcess},
+      {"UpdateServerOption", &RavoManager::UpdateServerOption},
+      {"GetInitInfo", &RavoManager::GetInitInfo},
+      {"FetchAllStreamInfo", &RavoManager::FetchAllStreamInfo},
+      {"FetchStreamInfo", &RavoManager::FetchStreamInfo},
+      {"FetchServerState", &RavoManager::FetchServerState},
+      // Answers as GetInitInfo does; in spite of its name it sends no event.
+      {"ForceBroadcastInit", &RavoManager::GetInitInfo},
+      {"SetFps", &RavoManager::SetFps},
   };
-  handlers.emplace("Connect", ReplyNull);
-  add("MonitorAddProcess", &RavoManager::MonitorAddProcess);
-  add("UpdateServerOption", &RavoManager::UpdateServerOption);
-  add("GetInitInfo", &RavoManager::GetInitInfo);
-  add("FetchAllStreamInfo", &RavoManager::FetchAllStreamInfo);
-  add("FetchStreamInfo", &RavoManager::FetchStreamInfo);
-  add("FetchServerState", &RavoManager::FetchServerState);
-  // Answers as GetInitInfo does; in spite of its name it sends no event.
-  add("ForceBroadcastInit", &RavoManager::GetInitInfo);
-  add("SetFps", &RavoManager::SetFps);
+  return kRows;
+}
+
+// Does nothing but answer.
+void RavoManager::Connect(IPCData& request) {
+  ReplyNull(request);
 }
 
 // A snapshot part by part, each under its own lock: a stream may stand in one part and not yet in another.

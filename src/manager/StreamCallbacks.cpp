@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
-#include "Events.h"
 #include "FrameDelivery.h"
 #include "SubscribeManager.h"
+#include "Tables.h"
 #include "log/LogInstance.h"
 #include "records/StreamRecords.h"
 #include "slots/StreamDataManager.h"
@@ -114,8 +114,8 @@ static_assert(kCallbacks.size() == 8);
 
 }  // namespace
 
-void RegisterStreamCallbacks() {
-  RegisterAll(kCallbacks);
+std::span<const EventRow> StreamEventRows() {
+  return kCallbacks;
 }
 
 }  // namespace TESSARIN_LUMARC

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "Events.h"
 #include "RavoManager.h"
 #include "RecordArguments.h"
+#include "Tables.h"
 #include "log/LogInstance.h"
 #include "records/StreamRecords.h"
 #include "slots/Shm.h"
@@ -62,22 +62,22 @@ void StreamOnFrameEventShareMemoryUpdate(std::int64_t op, const ShareMemoryList&
 
 void SubscribeManager::Register() {
   slots::StreamMng::GetInstance().SetEvents(this);
-  RegisterStreamCallbacks();
-  AddRequests();
+  RegisterAll(StreamEventRows());
+  Add(*this, OwnRequests());
 }
 
-void SubscribeManager::AddRequests() {
-  const auto add = [this](const char* method, void (SubscribeManager::*handler)(IPCData&)) {
-    Add(method, [this, handler](IPCData& request) { (this->*handler)(request); });
+std::span<const OwnRow<SubscribeManager>> SubscribeManager::OwnRequests() {
+  static constexpr OwnRow<SubscribeManager> kRows[] = {
+      {"GetSubscribeStatus", &SubscribeManager::GetSubscribeStatus},
+      {"SetSubscribeMaxNnumber", &SubscribeManager::SetSubscribeMaxNnumber},  // spelled as clients send it
+      {"UnSubscribe", &SubscribeManager::UnSubscribe},
+      {"UnSubscribeVideo", &SubscribeManager::UnSubscribeVideo},
+      {"SubscribeVideo", &SubscribeManager::SubscribeVideo},
+      {"AckShareMemoryUpdate", &SubscribeManager::AckShareMemoryUpdate},
+      {"GetShareMemoryInfo", &SubscribeManager::GetShareMemoryInfo},
+      {"ClearShareMemory", &SubscribeManager::ClearShareMemory},
   };
-  add("GetSubscribeStatus", &SubscribeManager::GetSubscribeStatus);
-  add("SetSubscribeMaxNnumber", &SubscribeManager::SetSubscribeMaxNnumber);  // spelled as clients send it
-  Add("UnSubscribe", ReplyNull);  // only answers: a subscription ends by UnSubscribeVideo or with its stream
-  add("UnSubscribeVideo", &SubscribeManager::UnSubscribeVideo);
-  add("SubscribeVideo", &SubscribeManager::SubscribeVideo);
-  add("AckShareMemoryUpdate", &SubscribeManager::AckShareMemoryUpdate);
-  add("GetShareMemoryInfo", &SubscribeManager::GetShareMemoryInfo);
-  add("ClearShareMemory", &SubscribeManager::ClearShareMemory);
+  return kRows;
 }
 
 void SubscribeManager::ApplyOptions(const TESSARIN_COMMON::ServerOption& option) {
@@ -90,6 +90,11 @@ void SubscribeManager::GetSubscribeStatus(IPCData& request) {
 
 void SubscribeManager::SetSubscribeMaxNnumber(IPCData& request) {
   scheduler_.SetMaxNumber(static_cast<std::uint64_t>(request.parsed.Integer(0)));
+  ReplyNull(request);
+}
+
+// Only answers: a subscription ends by UnSubscribeVideo or with its stream.
+void SubscribeManager::UnSubscribe(IPCData& request) {
   ReplyNull(request);
 }
 

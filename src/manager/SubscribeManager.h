@@ -21,6 +21,7 @@ class SubscribeManager : public RequestManager, private ISubscribeOutput, privat
 
   // Gives the engine its callbacks, then fills the map. The init task, once.
   void Register();
+  [[nodiscard]] static std::span<const OwnRow<SubscribeManager>> OwnRequests();
   // The start-up values, again after every meeting.
   void ApplyOptions(const TESSARIN_COMMON::ServerOption& option);
 
@@ -29,9 +30,9 @@ class SubscribeManager : public RequestManager, private ISubscribeOutput, privat
   [[nodiscard]] SubscriptionScheduler& Scheduler() { return scheduler_; }
 
  private:
-  void AddRequests();
   void GetSubscribeStatus(IPCData& request);
   void SetSubscribeMaxNnumber(IPCData& request);
+  void UnSubscribe(IPCData& request);
   void UnSubscribeVideo(IPCData& request);
   void SubscribeVideo(IPCData& request);
   void AckShareMemoryUpdate(IPCData& request);
@@ -54,8 +55,5 @@ class SubscribeManager : public RequestManager, private ISubscribeOutput, privat
 
 // Tells the client of slots: op 0 added or changed in place, 1 removed. Any thread, with no lock held.
 void StreamOnFrameEventShareMemoryUpdate(std::int64_t op, const std::vector<slots::ShareMemoryInfo>& records);
-
-// Gives the engine the callbacks of streams and frames, in their order.
-void RegisterStreamCallbacks();
 
 }  // namespace TESSARIN_LUMARC

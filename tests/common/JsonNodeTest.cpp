@@ -80,8 +80,18 @@ TEST(JsonNode, FailuresNameTheirPlace) {
       {R"({"name" 1})", "Parse json string fail. err=Missing a colon after a name of object member.. offset=1}"},
       {R"({"name":!2345678901234567890123456789012345})",
        "Parse json string fail. err=Invalid value.. offset=!2345678901234567890123456789012"},
+      {" ]", "Parse json string fail. err=Invalid value.. offset=]"},
+      {" ", "Parse json string fail. err=The document is empty.. offset="},
+      {R"({"origin":{"y":2905e307}})",  // an infinity could not be written again
+       "Parse json string fail. err=Number too big to be stored in double.. offset=2905e307}}"},
   };
   for (const auto& c : cases) EXPECT_EQ(FailureOf(c.text), c.failure) << c.text;
+}
+
+TEST(JsonNode, NestingDoesNotUseUpTheStack) {
+  constexpr std::size_t kDepth = 1'000'000;
+  const std::string text = R"({"name":"n","deep":)" + std::string(kDepth, '[') + std::string(kDepth, ']') + "}";
+  EXPECT_EQ(Read(text).name, "n");
 }
 
 TEST(JsonNode, TypedGettersKeepTheirRules) {

@@ -22,38 +22,52 @@ class MeetingTest : public ServerTest {
   }
 };
 
-TEST_F(MeetingTest, TellsOfTheJoinAfterTheReplyAndOfTheLeaveAtOnce) {
-  StartServer("", R"("appVersion":"1.2","vendorTypeConfig":{"isMediaOversea":true})");
+// From the preview to the second farewell.
+TEST_F(MeetingTest, GoesAsAPersonHasIt) {
+  StartServer(R"("sim.devices":[{"type":0,"id":"mic"},{"type":2,"id":"cam"}],"sim.room":{"participants":[)"
+              R"({"userId":"ann"},{"userId":"bob"}]})");
   ASSERT_NO_FATAL_FAILURE(Connect());
+  Call("StartPreview");
+  EXPECT_EQ(Expect("LOCAL_PREVIEW_STATUS"), "[true, true]");
+  ReadFrame("__preview_stream__0");
   EXPECT_EQ(Call("JoinMeeting", kJoin), "0");
-  EXPECT_EQ(server_->Calls("SetRtcRuntimeParameter").back(),
-            R"("","{\"rtc.common_extra_info\":\"{\\\"app_version\\\":\\\"1.2\\\",)"
-            R"(\\\"service_type\\\":\\\"live\\\",\\\"is_oversea\\\":\\\"1\\\"}\"}")");
   EXPECT_EQ(Expect("MY_UID_CHANGE"), R"(["me"])");
   EXPECT_THAT(Expect("JOIN_CHANNEL_SUCCESS"), StartsWith(R"(["room", "me", )"));
-  EXPECT_THAT(Call("FetchServerState"), StartsWith(R"({"myUid":"me","isJoinMeeting":true,"roomId":"room",)"));
-
-  EXPECT_EQ(Call("LeaveMeeting"), "null");
+  for (const char* user : {"ann", "bob"}) {  // two come
+    EXPECT_EQ(Expect("USER_JOIN"), "[\"" + std::string(user) + "\", 0]");
+    EXPECT_THAT(Expect("STREAM_ADDED"), StartsWith("[\"" + std::string(user) + "\", "));
+  }
+  Subscribe("ann_0");
+  ReadFrame("ann_0");
+  SetParams(R"("sim.room":{"participants":[{"userId":"bob","streamIndex":1}]})");  // one shares his screen
+  EXPECT_THAT(Expect("STREAM_ADDED"), StartsWith(R"(["bob", "bob_1", true, )"));
+  Subscribe("bob_1");
+  ReadFrame("bob_1");
+  Call("EnableLocalVideo", "[true]");
+  EXPECT_THAT(Expect("STREAM_ADDED"), StartsWith(R"(["me", "me_0", false, )"));
+  Call("EnableLocalVideo", "[false]");
+  EXPECT_EQ(Expect("STREAM_REMOVED"), R"(["me", "me_0", false])");
+  SetParams(R"("sim.devices":[{"type":0,"id":"mic"}])");  // the camera is unplugged
+  EXPECT_THAT(Expect("DEVICE_REMOVED"), StartsWith(R"([2, [{"deviceName":"","deviceId":"cam",)"));
+  SetParams(R"("sim.fire":[{"entry":"OnConnectionStateChanged","args":[4]}])");  // the network goes and comes
+  EXPECT_EQ(Expect("CONNECTION_STATE_CHANGED"), "[4]");
+  FireRoomState(2);
+  EXPECT_EQ(Expect("REJOIN_CHANNEL_SUCCESS"), R"(["room", "me", 77])");
+  EXPECT_THAT(Call("FetchServerState"), HasSubstr(R"("isJoinMeeting":true)"));
+  ReadFrame("ann_0");
+  Call("LeaveMeeting");
   EXPECT_EQ(Expect("LEAVE_MEETING_SUCCESS"), "[]");
-  EXPECT_THAT(server_->Calls("LeaveRoom"), ElementsAre(""));
   EXPECT_THAT(Call("FetchServerState"), StartsWith(R"({"myUid":"me","isJoinMeeting":false,"roomId":"room",)"));
-}
+  for (int i = 0; i < 3; ++i) Expect("STREAM_REMOVED");
 
-TEST_F(MeetingTest, PassesTheNumberOfARefusedJoinOn) {
-  StartServer(R"("sim.results":{"JoinRoom":-7})");
-  ASSERT_NO_FATAL_FAILURE(Connect());
-  EXPECT_EQ(Call("JoinMeeting", kJoin), "-7");
-  EXPECT_EQ(Expect("MY_UID_CHANGE"), R"(["me"])");
-  EXPECT_THAT(Call("FetchServerState"), HasSubstr(R"("isJoinMeeting":true)"));  // until the client leaves
-}
-
-TEST_F(MeetingTest, SwallowsAJoinThatSucceedsTooLateButNoRejoin) {
-  StartServer(R"("sim.room":{"joinNever":true})");
-  ASSERT_NO_FATAL_FAILURE(Connect());
+  Call("JoinMeeting", kJoin);
+  Expect("JOIN_CHANNEL_SUCCESS");
+  for (int i = 0; i < 3; ++i) Expect("STREAM_ADDED");
+  Call("LeaveMeeting");
+  SetParams(R"("sim.room":{"joinNever":true})");
   Call("JoinMeeting", kJoin);
   Call("LeaveMeeting");
-  FireRoomState(1);
-  FireRoomState(3);
+  FireRoomState(1);  // too late: nobody wants to hear of it any more
   FireRoomState(2);
   EXPECT_EQ(Expect("REJOIN_CHANNEL_SUCCESS"), R"(["room", "me", 77])");
   EXPECT_TRUE(server_->WaitForLog("[JoinChannelSuccess] isJoinMeeting is false, so return"));

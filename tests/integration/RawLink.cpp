@@ -25,6 +25,12 @@ std::optional<std::string> RawLink::Receive() {
   return body;
 }
 
+std::optional<std::string> RawLink::ReceiveReply() {
+  auto body = Receive();
+  while (body && body->find(R"("message_type":"EVENT")") != std::string::npos) body = Receive();
+  return body;
+}
+
 bool RawLink::WaitClosed() {
   const auto end = std::chrono::steady_clock::now() + kBound;
   while (Receive()) {

@@ -20,6 +20,8 @@ class RawLink {
   // The body of the next message; nothing when the server has closed the connection. What was sent and did not fit goes
   // out meanwhile.
   std::optional<std::string> Receive();
+  // The same, past all events.
+  std::optional<std::string> ReceiveReply();
   // Reads on until the server closes the connection; false after a bound.
   bool WaitClosed();
   void Close() { link_.Disconnect(); }

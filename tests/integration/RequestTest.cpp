@@ -6,37 +6,10 @@ namespace {
 
 using ravo::client::Frame;
 using ravo::client::FrameReader;
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 using testing::SizeIs;
 
 class RequestTest : public ServerTest {};
-
-TEST_F(RequestTest, UpdateServerOptionAppliesAnObject) {
-  StartServer();
-  ASSERT_NO_FATAL_FAILURE(Connect());
-  EXPECT_EQ(Call("UpdateServerOption",
-                 R"({"rtcParams":"{\"p\":1}","enableNV12":true,"screenProfile":{"width":800,"height":600},)"
-                 R"("proxyConfigs":[{"proxyType":2,"proxyIp":"host","proxyPort":80}],"subscribeMaxNumber":3})"),
-            "null");
-  EXPECT_EQ(server_->Calls("ServerOptionSetRTCParams").back(), R"("{\"p\":1}")");
-  EXPECT_EQ(server_->Calls("ServerOptionSetEnableNv12"), std::vector<std::string>(2, "false"));
-  EXPECT_EQ(server_->Calls("ServerOptionSetScreenProfile").back(),
-            R"({"width":800,"height":600,"maxKbps":0,"frameRate":0,"scaleMode":0,"codecMode":0})");
-  EXPECT_THAT(server_->Calls("ServerOptionSetProxyConfig"), SizeIs(2));
-  EXPECT_THAT(Call("GetInitInfo"), AllOf(HasSubstr(R"("enableNV12":true)"), HasSubstr(R"("maxSubscribingNumber":10)")));
-}
-
-TEST_F(RequestTest, UpdateServerOptionAppliesNothingOfAnArray) {
-  StartServer();
-  ASSERT_NO_FATAL_FAILURE(Connect());
-  const auto before = server_->Journal();
-  EXPECT_EQ(Call("UpdateServerOption", R"([{"rtcParams":"{\"p\":1}"}])"), "null");
-  EXPECT_EQ(server_->Journal(), before);
-  EXPECT_TRUE(server_->WaitForLog("parse obj error: "));
-}
 
 TEST_F(RequestTest, MonitorAddProcessTakesTheListAsContentAndAsArgument) {
   StartServer();

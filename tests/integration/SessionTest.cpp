@@ -5,7 +5,6 @@
 namespace integration {
 namespace {
 
-using testing::Contains;
 using testing::HasSubstr;
 
 class SessionTest : public ServerTest {
@@ -20,7 +19,7 @@ class SessionTest : public ServerTest {
   std::string Receive() { return link_->Receive().value_or("nothing"); }
   std::string Ask(const std::string& request) {
     EXPECT_TRUE(link_->Send(RawLink::Framed(request)));
-    return Receive();
+    return link_->ReceiveReply().value_or("nothing");
   }
   void TearDown() override {
     if (link_) link_->Close();
@@ -38,8 +37,10 @@ std::string EventText(const std::string& key, const std::string& content) {
 TEST_F(SessionTest, BeginsWithConnectAndInit) {
   ASSERT_NO_FATAL_FAILURE(ConnectRaw());
   EXPECT_EQ(Receive(), EventText("connect", R"(["vc"])"));
-  EXPECT_THAT(Receive(), HasSubstr(R"("message_type":"EVENT","message_key":"INIT","context_id":"","taskId":0},)"
-                                   R"("content":"[{\"serverState\":{\"myUid\":\"\",)"));
+  std::string init = Receive();
+  if (init == EventText("RTC_SDK_INIT", "[]")) init = Receive();  // the engine may be the quicker one
+  EXPECT_THAT(init, HasSubstr(R"("message_type":"EVENT","message_key":"INIT","context_id":"","taskId":0},)"
+                              R"("content":"[{\"serverState\":{\"myUid\":\"\",)"));
 }
 
 TEST_F(SessionTest, AnswersOnTheRequestsOwnEnvelope) {
@@ -66,39 +67,33 @@ TEST_F(SessionTest, AnswersOnTheRequestsOwnEnvelope) {
        R"("message_key":"Connect","context_id":"","taskId":0},"content":"null"})"},
   };
   ASSERT_NO_FATAL_FAILURE(ConnectRaw());
-  Receive();
-  Receive();
   for (const auto& exchange : cases) EXPECT_EQ(Ask(exchange.request), exchange.reply);
 }
 
 TEST_F(SessionTest, PassesAnEngineEventOnToTheLetter) {
   ASSERT_NO_FATAL_FAILURE(ConnectRaw());
-  Receive();
-  Receive();
   const std::string params = R"({"sim.fire":[{"entry":"OnVolumeChange","args":[5,true,false]}]})";
-  const std::string one = Ask(RawLink::Request("update_server_option", R"({"rtcParams":)" + Quoted(params) + "}", 1));
-  const std::string other = Receive();  // the event comes from another thread than the reply
-  EXPECT_THAT((std::vector{one, other}), Contains(EventText("ON_VOLUME_CHANGE", "[5, true, false]")));
+  EXPECT_TRUE(link_->Send(
+      RawLink::Framed(RawLink::Request("update_server_option", R"({"rtcParams":)" + Quoted(params) + "}", 1))));
+  std::string event = Receive();
+  while (event != "nothing" && event.find("ON_VOLUME_CHANGE") == std::string::npos) event = Receive();
+  EXPECT_EQ(event, EventText("ON_VOLUME_CHANGE", "[5, true, false]"));
 }
 
 TEST_F(SessionTest, AnswersPipelinedRequestsInOrder) {
   constexpr int kRequests = 32;
   ASSERT_NO_FATAL_FAILURE(ConnectRaw());
-  Receive();
-  Receive();
   std::string all;
   for (int i = 1; i <= kRequests; ++i) all += RawLink::Framed(RawLink::Request("get_subscribe_status", "[]", i));
   ASSERT_TRUE(link_->Send(all));
   for (int i = 1; i <= kRequests; ++i) {
-    EXPECT_THAT(Receive(),
+    EXPECT_THAT(link_->ReceiveReply().value_or("nothing"),
                 HasSubstr(R"("taskId":)" + std::to_string(i) + R"(},"content":"{\"maxSubscribingNumber\":10,)"));
   }
 }
 
 TEST_F(SessionTest, PassesBodiesOfSeveralMegabytes) {
   ASSERT_NO_FATAL_FAILURE(ConnectRaw());
-  Receive();
-  Receive();
   for (const std::size_t size : {70'000u, 5'000'000u}) {
     std::string text(size, ' ');
     for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char>('a' + i * i % 26);

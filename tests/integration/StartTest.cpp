@@ -4,7 +4,11 @@
 namespace integration {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAreArray;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
 
 // Something of each kind, and the values that come out other than they went in.
 constexpr char kOptions[] =
@@ -18,61 +22,8 @@ constexpr char kOptions[] =
     R"json("vendorTypeConfig":{"vendorType":3,"isDataOversea":true,"serviceType":"s"},)json"
     R"json("proxyConfigs":[{"proxyType":1,"proxyIp":"host","proxyPort":8080}],"enableNV12":1)json";
 
-constexpr char kDevices[] =
-    R"("sim.devices":[{"type":0,"id":"mic","name":"Mic","containerId":"box","isBuiltin":true}])";
-
-// In this and the next text a word in capitals between @ stands for a text of the run, quoted as JSON.
-constexpr char kInit[] =
-    R"json([{"serverState":{"myUid":"","isJoinMeeting":false,"roomId":"","serverName":"Nero",)json"
-    R"json("isEnableLocalVideo":false,"isStartPreview":false,"dynamicLayoutPerfEnable":false,)json"
-    R"json("firstRemoteAudioFrame":[],"firstRemoteVideoFrame":[]},"streamInfo":[],)json"
-    R"json("deviceInfo":[{"currentDeviceId":"mic","deviceType":0,"devices":[{"deviceName":"Mic","deviceId":"mic",)json"
-    R"json("containerId":"box","deviceVid":4617,"devicePid":1,"deviceType":0,"isBuiltin":true,"isBluetooth":false,)json"
-    R"json("isDisplayAudio":false,"isVirtual":false,"isUnknown":false,"canGetVolume":true,"canSetVolume":true,)json"
-    R"json("stereoMode":false,"handsFreeMode":false,"canMove":false,"canZoom":false,"canAutoFraming":false}]},)json"
-    R"json({"currentDeviceId":"","deviceType":1,"devices":[]},{"currentDeviceId":"","deviceType":2,"devices":[]}],)json"
-    R"json("serverOpt":{"serverName":"Nero","ipcPath":@PIPE@,"appId":"app","mainProcessPid":7,"projectKey":"key",)json"
-    R"json("hostName":"{\"rtc.host\":\"h\"}","userId":"u1","deviceId":"\"dev\"",)json"
-    R"json("activeSpeakerConfig":{"tickTime":0.5,"sampleInterval":0.0,"maxRecordTime":0.0,"minSpeakerVolume":0.0,)json"
-    R"json("timeBase":0.0,"rankBase":2.0},"subscribeMaxNumber":4,"subscribeDebounceTime":300,)json"
-    R"json("beautyEffectParam":{"enable":false,"smooth":0.0,"white":0.0,"sharp":0.0},"serverTitle":"",)json"
-    R"json("enableAutoSubscribe":false,"logName":"Vemora","logPath":@FOLDER@,"logVersion":2,"RTCLogPath":"",)json"
-    R"json("isRelease":false,"enableLib":false,"enableDebug":false,"enableRTCLog":false,)json"
-    R"json("enableTessarinDevice":true,"enableDeviceRemember":false,"enableInitDevice":true,)json"
-    R"json("enableHotSwapDeviceAutoChange":true,"enableDelayDeviceAddedAndRemoved":false,)json"
-    R"json("enableKeyboardCancellation":false,"enableBackgroundBlur":false,)json"
-    R"json("deviceManagerConfig":{"enableHID":false,"enableCaptureCard":true},)json"
-    R"json("openGLLibraryPath":{"glv1":"","glesv2":""},"qzNetConfig":{"qncConfigPath":"","qznetLibPath":""},)json"
-    R"json("resourcePath":"","resourceEnv":1,"effectDownloadConfig":{"accessKey":"","host":"","platform":"",)json"
-    R"json("deviceType":"","channel":"","deviceId":""},"enableRNNoise":true,"enableFaceBeauty":false,)json"
-    R"json("videoProfiles":[{"width":640,"height":360,"maxKbps":500,"frameRate":15,"scaleMode":0,"codecMode":3}],)json"
-    R"json("screenProfile":{"width":0,"height":0,"maxKbps":0,"frameRate":0,"scaleMode":0,"codecMode":0},)json"
-    R"json("audioProfile":0,"appVersion":"","pcSdkVersion":"","rtcSdkVersion":"","vemoraVersion":"",)json"
-    R"json("deviceNameBlackList":["x","y"],"memDeviceNameBlackList":["z"],)json"
-    R"json("ignoreDefaultDeviceIds":["TessarinAudioDevice_UID"],"excludeDeviceType":0,)json"
-    R"json("leaveMeetingConfig":{"autoDestroyRTCEngine":false,"autoMuteLocalVideo":false,)json"
-    R"json("destroyTimeoutDuration":9},"sentryDSN":"","sleepTime":0,"addonLoader":{"remoteWindowManager":"",)json"
-    R"json("echoTest":"","audioCapture":"","uvc":""},"backgroundImage":"","dynamicLayoutType":0,)json"
-    R"json("enableVideoEnhance":false,"enableSameAsSystem":false,"deviceSameAsSystemConfig":{)json"
-    R"json("sameAsSystemDeviceId":"SAME_AS_SYSTEM_ID","sameAsSystemDeviceName":"SAME_AS_SYSTEM({{deviceId}})",)json"
-    R"json("sameAsSystemFallbackDeviceName":"SAME_AS_SYSTEM"},"defaultEnableLocalVideo":true,)json"
-    R"json("enableAutoMonitor":true,"monitorExtendConfig":{"in_meeting_snap_duration":60000,)json"
-    R"json("in_meeting_log_duration":300000,"not_meeting_snap_duration":300000,)json"
-    R"json("not_meeting_log_duration":1800000,"not_meeting_report_duration":3600000,)json"
-    R"json("enable_not_meeting_monitor":false},"enableNativeUI":false,"manuallyDylibPath":@ENGINE@,)json"
-    R"json("isNativeDovra":false,"rtcFgConfig":"{\"room.fg.rtc.a\":1.5,\"share.fg.rtc. b\":true,\"other\":2}",)json"
-    R"json("effectProductLine":0,"enableAutoPublish":true,"productLine":"","enableRestartDaemon":false,)json"
-    R"json("enableRouteStdoutToLog":false,"enableRouteStderrToLog":false,"isOverseaDovraPkg":false,)json"
-    R"json("enableRavoModuleParallelLoad":false,"enableShareEffectContext":false,)json"
-    R"json("controlBarSimplifyEnable":false,"proxyConfigs":[{"proxyType":1,"proxyIp":"host","proxyPort":8080}],)json"
-    R"json("vendorTypeConfig":{"vendorType":3,"isMediaOversea":false,"isDataOversea":true,"serviceType":"s"},)json"
-    R"json("enableShareMemorySlots":true,"enableVideoCallback":false,"enableNV12":true,)json"
-    R"json("enableCvPixelBufferNV12":false,"enableCommonVideo":false,"advancedAudioWhiteList":"",)json"
-    R"json("enableVideoSink":false,"rtcParams":@PARAMS@,"enableRtcDeviceManage":false,)json"
-    R"json("sentryOption":{"productName":""}},"subscribeStatus":{"maxSubscribingNumber":4,"subscribing":[],)json"
-    R"json("unSubscribing":[],"subscribed":[],"waitingSubscribe":[],"audioSubscribing":[],"subscribedInfo":[]}}])json";
-
-// Entries and their arguments; a name alone is a registration.
+// Entries and their arguments; a name alone is a registration. A word in capitals between @ stands for a text of the
+// run, quoted as JSON.
 const std::vector<std::string> kCalls = {
     R"(ServerOptionSetAppId "app")", R"(ServerOptionSetServerName "Nero")", R"(ServerOptionSetProjectKey "key")",
     R"(ServerOptionSetUserId "u1")", R"(ServerOptionSetDeviceId "\"dev\"")",
@@ -141,7 +92,6 @@ class StartTest : public ServerTest {
   [[nodiscard]] std::string Filled(std::string text) const {
     text = Replaced(std::move(text), "@PIPE@", Quoted(server_->Pipe()));
     text = Replaced(std::move(text), "@FOLDER@", Quoted(server_->Folder()));
-    text = Replaced(std::move(text), "@ENGINE@", Quoted(ServerProcess::EngineFolder()));
     return Replaced(std::move(text), "@PARAMS@", Quoted(server_->Params()));
   }
   // The line of the journal.
@@ -153,7 +103,7 @@ class StartTest : public ServerTest {
 };
 
 TEST_F(StartTest, TellsTheEngineAllOptionsAndTheClientWhatTheServerIs) {
-  StartServer(kDevices, kOptions);
+  StartServer("", kOptions);
   ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
   std::vector<std::string> expected;
   for (const auto& call : kCalls) expected.push_back(LineOf(call));
@@ -162,7 +112,13 @@ TEST_F(StartTest, TellsTheEngineAllOptionsAndTheClientWhatTheServerIs) {
   session_ = std::make_unique<ravo::client::Session>(server_->Pipe());
   ASSERT_TRUE(session_->Connect(std::chrono::seconds(30)));
   EXPECT_EQ(Expect("connect"), R"(["vc"])");
-  EXPECT_EQ(Expect("INIT"), Filled(kInit));
+  EXPECT_THAT(Expect("INIT"),
+              AllOf(StartsWith(R"([{"serverState":{"myUid":"","isJoinMeeting":false,"roomId":"","serverName":"Nero",)"),
+                    HasSubstr(Filled(R"("serverOpt":{"serverName":"Nero","ipcPath":@PIPE@,"appId":"app",)")),
+                    HasSubstr(R"("logVersion":2,"RTCLogPath":"",)"),  // a number of the client's, cut
+                    HasSubstr(R"("frameRate":15,"scaleMode":0,"codecMode":3}],"screenProfile":)"),
+                    HasSubstr(Filled(R"("rtcParams":@PARAMS@,)")), HasSubstr(R"("enableNV12":true,)"),
+                    EndsWith(R"("waitingSubscribe":[],"audioSubscribing":[],"subscribedInfo":[]}}])")));
 }
 
 // A client that comes while the engine still starts hears "connect" at once, and of the rest when it has started.

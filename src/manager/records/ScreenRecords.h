@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "../TextOrEmpty.h"
 #include "common/JsonNode.h"
 
 // Records of screen sharing: what clients send as arguments, and the engine's lists as clients read them.
@@ -32,10 +33,6 @@ struct ThumbnailSize {
   std::int32_t width = 0;   // pixels
   std::int32_t height = 0;  // pixels
 };
-
-inline std::string TextOrEmpty(const char* text) {
-  return text != nullptr ? text : "";
-}
 
 // A copy of a window that outlives the engine's list.
 struct WindowRecord {

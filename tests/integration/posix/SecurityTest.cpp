@@ -1,0 +1,135 @@
+// What another user of the machine gets of a server, and what a client tells another user's server.
+#include <fcntl.h>
+#include <grp.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+
+#include "../RawLink.h"
+#include "../ServerTest.h"
+
+namespace integration {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr uid_t kNobody = 65534;
+
+sockaddr_un AddressOf(const std::string& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
+  return address;
+}
+
+// A child that runs as the user "nobody". The action makes system calls and nothing else: the parent has threads.
+template <class Action>
+pid_t StartAsNobody(Action action) {
+  const pid_t child = fork();
+  if (child != 0) return child;
+  if (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0) _exit(255);
+  _exit(action());
+}
+
+// What the action returns, an error of the system or 0.
+template <class Action>
+int AsNobody(Action action) {
+  int status = 0;
+  waitpid(StartAsNobody(action), &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int OpenAsNobody(const std::string& path) {
+  return AsNobody([&] { return open(path.c_str(), O_RDONLY) >= 0 ? 0 : errno; });
+}
+
+class SecurityTest : public ServerTest {
+ protected:
+  void SetUp() override {
+    if (geteuid() != 0) GTEST_SKIP() << "to become another user takes root";
+  }
+};
+
+TEST_F(SecurityTest, AnotherUserNeitherConnectsNorReadsFramesNorTheLog) {
+  StartServer(R"("sim.room":{"participants":[{"userId":"ann"}]})");
+  ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
+  const sockaddr_un address = AddressOf(server_->Pipe());
+  EXPECT_EQ(AsNobody([&] {
+              const int link = socket(AF_UNIX, SOCK_STREAM, 0);
+              return connect(link, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 ? 0 : errno;
+            }),
+            EACCES);
+
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  EXPECT_EQ(Call("JoinMeeting", R"(["token","room","me",""])"), "0");
+  Expect("STREAM_ADDED");
+  Subscribe("ann_0");
+  ReadFrame("ann_0");
+  std::vector<std::string> names;
+  for (const auto& record : fs::directory_iterator("/dev/shm")) {
+    struct stat status = {};
+    const std::string name = record.path().filename();
+    const bool isSlots = name.find("qx_ctl_") != std::string::npos || name.starts_with("ravo_owner_");
+    if (isSlots && lstat(record.path().c_str(), &status) == 0) names.push_back(record.path());
+    if (isSlots && name.ends_with("_main")) {
+      names.push_back("/dev/shm/" +
+                      name.substr(std::strlen("sem.qx_ctl_"), name.size() - std::strlen("sem.qx_ctl__main")));
+    }
+  }
+  EXPECT_GE(names.size(), 4u);
+  for (const auto& file : fs::directory_iterator(server_->Folder())) {
+    if (file.path().extension() == ".log") names.push_back(file.path());
+  }
+  for (const auto& name : names) EXPECT_EQ(OpenAsNobody(name), EACCES) << name;
+}
+
+TEST_F(SecurityTest, AnotherUserWhomTheFileLetsInIsDroppedAndTheOwnOneServed) {
+  StartServer();
+  ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
+  ASSERT_EQ(chmod(server_->Pipe().c_str(), 0666), 0);
+  const sockaddr_un address = AddressOf(server_->Pipe());
+  EXPECT_EQ(AsNobody([&] {
+              const int link = socket(AF_UNIX, SOCK_STREAM, 0);
+              if (connect(link, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) return errno;
+              char byte = 0;
+              return read(link, &byte, 1) == 0 || errno == ECONNRESET ? 0 : EBADMSG;  // closed, and not a byte came
+            }),
+            0);
+  Connect();
+}
+
+TEST_F(SecurityTest, AClientTellsNothingToAnotherUsersServer) {
+  const support::TempFolder folder;
+  fs::permissions(folder.Path(), fs::perms::all);
+  const std::string path = folder.Text() + "/link";
+  const sockaddr_un address = AddressOf(path);
+  const pid_t impostor = StartAsNobody([&] {
+    umask(0);
+    const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
+    if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) return errno;
+    if (listen(listener, 5) != 0) return errno;
+    for (;;) pause();
+  });
+  EXPECT_TRUE(WaitUntil([&] { return fs::exists(path); }));
+  EXPECT_FALSE(RawLink(path).Connected());
+  kill(impostor, SIGKILL);
+  waitpid(impostor, nullptr, 0);
+}
+
+TEST_F(SecurityTest, ALineFeedInARequestForgesNoLineOfTheLog) {
+  StartServer();
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  EXPECT_FALSE(session_->Call("X\nforged", "[]", kBound).Ok());
+  EXPECT_TRUE(server_->WaitForLog("not handle this func:X\\nforged"));
+  for (const auto& line : server_->LogLines("forged")) EXPECT_FALSE(line.starts_with("forged")) << line;
+}
+
+}  // namespace
+}  // namespace integration
