@@ -14,6 +14,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # The prefix belongs to the build, and Wine's own messages stay out of the tests' output.
 set(CMAKE_CROSSCOMPILING_EMULATOR env WINEDEBUG=-all WINEPREFIX=${CMAKE_BINARY_DIR}/wine wine)
 
+# Stacks are walked by the frame pointer, and the names come from what the debug-help library can read.
+set(CMAKE_C_FLAGS_INIT "-fno-omit-frame-pointer -gdwarf-4")
+set(CMAKE_CXX_FLAGS_INIT "-fno-omit-frame-pointer -gdwarf-4")
+
 # Nothing of the compiler's runtime has to lie beside the programs.
 foreach(kind EXE SHARED MODULE)
   set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static")

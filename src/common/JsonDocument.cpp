@@ -47,7 +47,7 @@ bool JsonDocument::Double(double value) {
 
 template <unsigned kFlags, class Stream>
 void JsonDocument::ParseFrom(Stream& stream, std::string_view text) {
-  rapidjson::Reader reader;
+  JsonReader reader;
   rapidjson::ParseResult result;
   auto read = [&](Base&) {
     result = reader.Parse<kFlags | rapidjson::kParseIterativeFlag>(stream, *this);

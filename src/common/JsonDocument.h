@@ -11,9 +11,9 @@ namespace TESSARIN_COMMON {
 // come out a unit or two of their last place off: the exact reading of the library in use leaves its tables at numbers
 // like 1e309. A failure is a runtime error: "Parse json string fail. err=<message>. offset=<up to 32 characters from
 // the place on>".
-class JsonDocument : public rapidjson::Document {
+class JsonDocument : public rapidjson::GenericDocument<rapidjson::UTF8<>, JsonPool, JsonMemory> {
  public:
-  using Base = rapidjson::Document;
+  using Base = rapidjson::GenericDocument<rapidjson::UTF8<>, JsonPool, JsonMemory>;
   using Base::Base;
 
   void ParseText(std::string_view text);

@@ -56,7 +56,7 @@ bool JsonNode::Get(std::string_view key, double& out, unsigned options) const {
 template <class T, class Accepts, class Take>
 bool JsonNode::GetScalar(std::string_view key, T& out, unsigned options, const char* mismatch, Accepts accepts,
                          Take take) const {
-  const rapidjson::Value* found = Lookup(key, options);
+  const JsonValue* found = Lookup(key, options);
   if (found == nullptr) return false;
   if (!accepts(*found)) Fail(mismatch, key);
   out = take(*found);
@@ -65,7 +65,7 @@ bool JsonNode::GetScalar(std::string_view key, T& out, unsigned options, const c
 
 JsonNode* JsonNode::Find(std::string_view key) {
   if (value_ != nullptr && !value_->IsObject()) Fail("not object", key);
-  const rapidjson::Value* found = Member(key);
+  const JsonValue* found = Member(key);
   return found != nullptr ? AddChild(key, -1, found) : nullptr;
 }
 
@@ -80,8 +80,8 @@ std::size_t JsonNode::Size() const {
 }
 
 // Null for an absent value and for a JSON null, which are not told apart.
-const rapidjson::Value* JsonNode::Lookup(std::string_view key, unsigned options) const {
-  const rapidjson::Value* found = nullptr;
+const JsonValue* JsonNode::Lookup(std::string_view key, unsigned options) const {
+  const JsonValue* found = nullptr;
   try {
     found = key.empty() ? value_ : Member(key);
   } catch (const std::runtime_error& error) {
@@ -92,14 +92,14 @@ const rapidjson::Value* JsonNode::Lookup(std::string_view key, unsigned options)
   return nullptr;
 }
 
-const rapidjson::Value* JsonNode::Member(std::string_view key) const {
+const JsonValue* JsonNode::Member(std::string_view key) const {
   if (value_ == nullptr) return nullptr;
   const auto name = rapidjson::StringRef(key.data(), static_cast<rapidjson::SizeType>(key.size()));
-  const auto member = value_->FindMember(rapidjson::Value(name));
+  const auto member = value_->FindMember(JsonValue(name));
   return member == value_->MemberEnd() || member->value.IsNull() ? nullptr : &member->value;
 }
 
-JsonNode* JsonNode::AddChild(std::string_view key, int index, const rapidjson::Value* value) {
+JsonNode* JsonNode::AddChild(std::string_view key, int index, const JsonValue* value) {
   children_.push_back(std::unique_ptr<JsonNode>(new JsonNode(this, key, index, value)));
   return children_.back().get();
 }

@@ -23,7 +23,7 @@ class JsonNode {
   // Parses, and fails as JsonDocument does: "Parse json string fail. err=...".
   explicit JsonNode(std::string_view text);
   // Stands on a value that somebody else owns and keeps. Null makes a null node, in which every key is absent.
-  explicit JsonNode(const rapidjson::Value* root) : value_(root) {}
+  explicit JsonNode(const JsonValue* root) : value_(root) {}
   JsonNode(const JsonNode&) = delete;
   JsonNode& operator=(const JsonNode&) = delete;
 
@@ -53,15 +53,15 @@ class JsonNode {
   [[nodiscard]] std::size_t Size() const;
 
  private:
-  JsonNode(const JsonNode* parent, std::string_view key, int index, const rapidjson::Value* value)
+  JsonNode(const JsonNode* parent, std::string_view key, int index, const JsonValue* value)
       : parent_(parent), key_(key), index_(index), value_(value) {}
 
-  [[nodiscard]] const rapidjson::Value* Lookup(std::string_view key, unsigned options) const;
-  [[nodiscard]] const rapidjson::Value* Member(std::string_view key) const;
+  [[nodiscard]] const JsonValue* Lookup(std::string_view key, unsigned options) const;
+  [[nodiscard]] const JsonValue* Member(std::string_view key) const;
   template <class T, class Accepts, class Take>
   bool GetScalar(std::string_view key, T& out, unsigned options, const char* mismatch, Accepts accepts,
                  Take take) const;
-  JsonNode* AddChild(std::string_view key, int index, const rapidjson::Value* value);
+  JsonNode* AddChild(std::string_view key, int index, const JsonValue* value);
   [[noreturn]] void Fail(std::string_view message, std::string_view key) const;
   [[nodiscard]] std::string Path() const;
 
@@ -70,7 +70,7 @@ class JsonNode {
   int index_ = -1;   // -1 if no array row
   std::vector<std::unique_ptr<JsonNode>> children_;
   std::unique_ptr<JsonDocument> document_;  // the root's alone
-  const rapidjson::Value* value_ = nullptr;
+  const JsonValue* value_ = nullptr;
 };
 
 // Reads the fields of a record from the node's own object.
@@ -92,7 +92,7 @@ bool JsonNode::Get(std::string_view key, T& out, unsigned options) {
 
 template <class T>
 bool JsonNode::Get(std::string_view key, std::vector<T>& out, unsigned options) {
-  const rapidjson::Value* list = Lookup(key, options);
+  const JsonValue* list = Lookup(key, options);
   if (list == nullptr) return false;
   JsonNode* child = key.empty() ? this : AddChild(key, -1, list);
   out.resize(child->Size());

@@ -54,8 +54,8 @@ class JsonWriter {
   // Writes the key, and what an empty value becomes; true if the value itself is still to be written.
   bool Begin(const char* key, bool empty, unsigned options);
 
-  rapidjson::StringBuffer buffer_;
-  rapidjson::Writer<rapidjson::StringBuffer> writer_;
+  JsonBuffer buffer_;
+  JsonBufferWriter writer_;
 };
 
 template <std::size_t N>

@@ -1,8 +1,9 @@
 #pragma once
 
 // The one way to RapidJSON: its assertions throw their expression as a runtime error, for instance "IsObject()".
+#include <cstdlib>
+#include <new>
 #include <stdexcept>
-#include <utility>
 
 #ifdef RAPIDJSON_ASSERT
 #error "include common/RapidJson.h before anything of rapidjson"
@@ -20,26 +21,37 @@
 #define RAPIDJSON_SSE2 1
 #endif
 
-// Its memory comes from malloc, whose failure it does not look at; here that throws as elsewhere.
-#include <rapidjson/rapidjson.h>
-
-#include <cstdlib>
-#include <new>
-
-namespace TESSARIN_COMMON {
-inline void* OrBadAlloc(void* memory) {
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-}  // namespace TESSARIN_COMMON
-
-#define malloc(bytes) forward<void*>(::TESSARIN_COMMON::OrBadAlloc(std::malloc(bytes)))
-#define realloc(memory, bytes) forward<void*>(::TESSARIN_COMMON::OrBadAlloc(std::realloc(memory, bytes)))
-#include <rapidjson/allocators.h>
-#undef malloc
-#undef realloc
-
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
+
+namespace TESSARIN_COMMON {
+
+// The library's own allocator hands on what malloc gives, and nobody looks whether it is null; this one throws.
+class JsonMemory {
+ public:
+  static constexpr bool kNeedFree = true;
+
+  static void* Malloc(std::size_t bytes) { return bytes != 0 ? OrThrow(std::malloc(bytes)) : nullptr; }
+  static void* Realloc(void* memory, std::size_t /*oldBytes*/, std::size_t bytes) {
+    if (bytes != 0) return OrThrow(std::realloc(memory, bytes));
+    std::free(memory);
+    return nullptr;
+  }
+  static void Free(void* memory) { std::free(memory); }
+
+ private:
+  static void* OrThrow(void* memory) {
+    if (memory == nullptr) throw std::bad_alloc();
+    return memory;
+  }
+};
+
+using JsonPool = rapidjson::MemoryPoolAllocator<JsonMemory>;
+using JsonValue = rapidjson::GenericValue<rapidjson::UTF8<>, JsonPool>;
+using JsonReader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, JsonMemory>;
+using JsonBuffer = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, JsonMemory>;
+using JsonBufferWriter = rapidjson::Writer<JsonBuffer, rapidjson::UTF8<>, rapidjson::UTF8<>, JsonMemory>;
+
+}  // namespace TESSARIN_COMMON

@@ -26,7 +26,7 @@ struct ContentView::Pool {
   }
 
   alignas(std::max_align_t) char chunk[kChunkBytes];
-  rapidjson::MemoryPoolAllocator<> allocator;
+  JsonPool allocator;
   JsonDocument document;
 
  private:
@@ -78,7 +78,7 @@ double ContentView::Double(std::size_t index) const {
 }
 
 template <class Accepts>
-const rapidjson::Value* ContentView::Argument(std::size_t index, Accepts accepts) const {
+const JsonValue* ContentView::Argument(std::size_t index, Accepts accepts) const {
   if (index < Size()) {
     const auto& element = Value()[static_cast<rapidjson::SizeType>(index)];
     if (accepts(element)) return &element;
@@ -101,8 +101,8 @@ std::string ContentView::AsString() const {
   return {text, Value().GetStringLength()};
 }
 
-const rapidjson::Value& ContentView::Value() const {
-  static const auto* const none = new rapidjson::Value;
+const JsonValue& ContentView::Value() const {
+  static const auto* const none = new JsonValue;
   return value_ != nullptr ? *value_ : *none;
 }
 

@@ -49,9 +49,9 @@ class ContentView {
   // This view's own value as text. Fails with "IsString()" if it is none, so also without a value.
   [[nodiscard]] std::string AsString() const;
   // A JSON null without a value.
-  [[nodiscard]] const rapidjson::Value& Value() const;
+  [[nodiscard]] const JsonValue& Value() const;
   // For reading a record: JsonNode(view.Child(1).ValueOrNull()).
-  [[nodiscard]] const rapidjson::Value* ValueOrNull() const { return value_; }
+  [[nodiscard]] const JsonValue* ValueOrNull() const { return value_; }
 
  private:
   struct Pool;
@@ -61,10 +61,10 @@ class ContentView {
 
   // The element, or the root standing for it; null if neither is of the kind.
   template <class Accepts>
-  [[nodiscard]] const rapidjson::Value* Argument(std::size_t index, Accepts accepts) const;
+  [[nodiscard]] const JsonValue* Argument(std::size_t index, Accepts accepts) const;
 
   std::unique_ptr<Pool, GiveBack> pool_;  // the root's alone
-  const rapidjson::Value* value_ = nullptr;
+  const JsonValue* value_ = nullptr;
 };
 
 }  // namespace TESSARIN_COMMON

@@ -27,19 +27,19 @@ std::size_t ExpectedBytes(const IPCData& data) {
   return bytes;
 }
 
-void WriteText(rapidjson::Writer<rapidjson::StringBuffer>& writer, const char* key, const std::string& text) {
+void WriteText(JsonBufferWriter& writer, const char* key, const std::string& text) {
   writer.Key(key);
   writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
 }
 
-void ReadText(const rapidjson::Value& object, const char* key, std::string& out) {
+void ReadText(const JsonValue& object, const char* key, std::string& out) {
   const auto found = object.FindMember(key);
   if (found == object.MemberEnd()) return;
   const char* const text = found->value.GetString();
   out.assign(text, found->value.GetStringLength());
 }
 
-void ReadHeader(const rapidjson::Value& header, IPCData& data) {
+void ReadHeader(const JsonValue& header, IPCData& data) {
   for (const auto& [key, member] : kHeaderTexts) ReadText(header, key, data.*member);
   const auto taskId = header.FindMember(kTaskId);
   if (taskId != header.MemberEnd()) data.taskId = taskId->value.GetInt64();
@@ -58,8 +58,8 @@ char Upper(char c) {
 }  // namespace
 
 std::string Serialize(const IPCData& data) {
-  rapidjson::StringBuffer buffer(nullptr, ExpectedBytes(data));
-  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+  JsonBuffer buffer(nullptr, ExpectedBytes(data));
+  JsonBufferWriter writer(buffer);
   writer.StartObject();
   writer.Key(kHeader);
   writer.StartObject();
@@ -75,7 +75,7 @@ std::string Serialize(const IPCData& data) {
 void ParseIpcData(std::string_view text, IPCData& data) {
   ContentView envelope;
   envelope.Parse(text);
-  const rapidjson::Value& root = envelope.Value();
+  const JsonValue& root = envelope.Value();
   if (!root.IsObject()) throw std::runtime_error("not object");
   const auto header = root.FindMember(kHeader);
   if (header != root.MemberEnd()) ReadHeader(header->value, data);
