@@ -34,7 +34,7 @@ bool Emit(const A&... arguments) {
 
 // The same with arguments from a JSON array; a std::runtime_error if they do not fit.
 template <auto Registration>
-bool EmitJson(const rapidjson::Value& json) {
+bool EmitJson(const TESSARIN_COMMON::JsonValue& json) {
   typename Signature<CallbackOf<Registration>>::Tuple arguments{};
   Arena arena;
   ReadArguments(json, arena, arguments);
@@ -44,7 +44,7 @@ bool EmitJson(const rapidjson::Value& json) {
 // A callback by the name of its registration entry.
 struct NamedCallback {
   std::string_view entry;
-  bool (*emit)(const rapidjson::Value& json);
+  bool (*emit)(const TESSARIN_COMMON::JsonValue& json);
 };
 
 // Null for a name that is no registration.

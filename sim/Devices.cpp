@@ -159,6 +159,7 @@ void Devices::Lend(std::int64_t type, DeviceList& out) {
 }
 
 std::int32_t Devices::Select(std::int64_t type, const char* id, bool flag) {
+  if (!IsKnown(type)) return -1;
   {
     const std::lock_guard lock(mutex_);
     const auto devices = Listed(type);

@@ -9,10 +9,11 @@
 #include "Callbacks.h"
 #include "ThreadName.h"
 #include "WriteJson.h"
+#include "common/JsonDocument.h"
 
 namespace sim {
 
-Volley Volley::FromJson(const rapidjson::Value& json) {
+Volley Volley::FromJson(const TESSARIN_COMMON::JsonValue& json) {
   Volley volley;
   volley.entry = json["entry"].GetString();
   rapidjson::StringBuffer buffer;
@@ -47,7 +48,7 @@ std::int64_t Volley::FireInTurn() const {
 bool Volley::FireOnce() const try {
   const NamedCallback* callback = FindCallback(entry);
   if (callback == nullptr) throw std::runtime_error("no such registration");
-  rapidjson::Document document;
+  TESSARIN_COMMON::JsonDocument document;
   document.Parse(arguments);
   if (document.HasParseError()) throw std::runtime_error("the arguments are no JSON");
   return callback->emit(document);

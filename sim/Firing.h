@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "common/RapidJson.h"
+#include "common/JsonDocument.h"
 
 namespace sim {
 
@@ -16,7 +16,7 @@ struct Volley {
 
   // {"entry": "OnUserJoin", "args": ["ann", 0], "threads": 1, "times": 1}, the last two optional. A std::runtime_error
   // if it does not fit.
-  [[nodiscard]] static Volley FromJson(const rapidjson::Value& json);
+  [[nodiscard]] static Volley FromJson(const TESSARIN_COMMON::JsonValue& json);
 
   // One thread is the caller's own; several are made, and are waited for. The result is the number of callbacks made;
   // what keeps one from being made is told on standard error.

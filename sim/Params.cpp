@@ -20,7 +20,7 @@
 namespace sim {
 namespace {
 
-using rapidjson::Value;
+using Value = TESSARIN_COMMON::JsonValue;
 using TESSARIN_COMMON::JsonNode;
 
 // Reads a record over the values that it has.
@@ -139,7 +139,7 @@ void Apply(std::string_view name, const Value& value) {
 }  // namespace
 
 bool AddParams(std::string_view text) {
-  rapidjson::Document document;
+  TESSARIN_COMMON::JsonDocument document;
   document.Parse(text.data(), text.size());
   if (document.HasParseError() || !document.IsObject()) return false;
   const Value& root = document;  // the constant rows compare without a doubt for Clang too

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "Arguments.h"
-#include "common/RapidJson.h"
+#include "common/JsonDocument.h"
 
 // Arguments of callbacks, built from JSON by the types of the callback. Whatever does not fit is a std::runtime_error.
 namespace sim {
@@ -33,7 +33,7 @@ class Arena {
 };
 
 template <class T>
-void ReadValue(const rapidjson::Value& json, Arena& arena, T& out);
+void ReadValue(const TESSARIN_COMMON::JsonValue& json, Arena& arena, T& out);
 
 inline void Expect(bool fits, const char* what) {
   if (!fits) throw std::runtime_error(std::string("an argument is not ") + what);
@@ -41,7 +41,7 @@ inline void Expect(bool fits, const char* what) {
 
 // A member that is left out is zero, a text empty.
 template <class T>
-void ReadRecord(const rapidjson::Value& json, Arena& arena, T& out) {
+void ReadRecord(const TESSARIN_COMMON::JsonValue& json, Arena& arena, T& out) {
   Expect(json.IsObject(), "an object");
   TESSARIN_COMMON::ForEachField<T>([&](const auto& field) {
     auto& value = out.*(field.member);
@@ -53,7 +53,7 @@ void ReadRecord(const rapidjson::Value& json, Arena& arena, T& out) {
 
 // A list: an array of values, or a string for bytes.
 template <class T>
-void ReadList(const rapidjson::Value& json, Arena& arena, const T*& out, std::int64_t& count) {
+void ReadList(const TESSARIN_COMMON::JsonValue& json, Arena& arena, const T*& out, std::int64_t& count) {
   auto& list = *arena.Keep(std::vector<T>());
   if constexpr (sizeof(T) == 1) {
     Expect(json.IsString(), "a string of bytes");
@@ -68,7 +68,7 @@ void ReadList(const rapidjson::Value& json, Arena& arena, const T*& out, std::in
 }
 
 template <class T>
-void ReadPointer(const rapidjson::Value& json, Arena& arena, T*& out) {
+void ReadPointer(const TESSARIN_COMMON::JsonValue& json, Arena& arena, T*& out) {
   if (json.IsNull()) {
     out = nullptr;
   } else if constexpr (std::is_same_v<T, const char>) {
@@ -84,7 +84,7 @@ void ReadPointer(const rapidjson::Value& json, Arena& arena, T*& out) {
 }
 
 template <std::size_t N>
-void ReadFixedText(const rapidjson::Value& json, char (&out)[N]) {
+void ReadFixedText(const TESSARIN_COMMON::JsonValue& json, char (&out)[N]) {
   Expect(json.IsString(), "a string");
   const std::size_t length = std::min<std::size_t>(json.GetStringLength(), N - 1);
   std::memcpy(out, json.GetString(), length);
@@ -92,7 +92,7 @@ void ReadFixedText(const rapidjson::Value& json, char (&out)[N]) {
 }
 
 template <class T>
-void ReadValue(const rapidjson::Value& json, Arena& arena, T& out) {
+void ReadValue(const TESSARIN_COMMON::JsonValue& json, Arena& arena, T& out) {
   if constexpr (std::is_arithmetic_v<T>) {
     Expect(json.IsNumber() || json.IsBool(), "a number");
     if (json.IsBool()) {
@@ -115,7 +115,7 @@ void ReadValue(const rapidjson::Value& json, Arena& arena, T& out) {
 
 // Fills the arguments in order; a list and its count take one element of the JSON array.
 template <class... A>
-void ReadArguments(const rapidjson::Value& json, Arena& arena, std::tuple<A...>& out) {
+void ReadArguments(const TESSARIN_COMMON::JsonValue& json, Arena& arena, std::tuple<A...>& out) {
   using Place = Layout<A...>;
   Expect(json.IsArray(), "in an array");
   rapidjson::SizeType next = 0;

@@ -8,6 +8,7 @@
 #include "Firing.h"
 #include "Journal.h"
 #include "Params.h"
+#include "common/JsonDocument.h"
 
 using namespace sim;
 
@@ -22,7 +23,7 @@ std::int64_t RAVO_CALL SimFireFromThreads(const char* entry, const char* argumen
 
 bool RAVO_CALL SimPushFrame(const char* userId, const char* info, const std::uint8_t* const* planes, std::int64_t count,
                             const std::int64_t* strides) try {
-  rapidjson::Document document;
+  TESSARIN_COMMON::JsonDocument document;
   document.Parse(info);
   Arena arena;
   VideoFrameInfo frameInfo{};

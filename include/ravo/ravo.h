@@ -49,8 +49,8 @@ RAVO_API bool RAVO_CALL ping_ravo(void);
 RAVO_API void RAVO_CALL testCallapi(const char* request, uint32_t length);
 
 /* SAMPLING. The calls below watch the machine, this process and its threads. They need no server and keep no state but
- * the machine's names; any thread may call, the ones that walk stacks (getThread*Stack*, sym*) one at a time. Nothing
- * fails with a message: what cannot be read is 0, empty or a status of -1.
+ * the machine's names and the symbols; any thread may call, the ones that walk stacks (getThread*Stack*, sym*) one at a
+ * time. Nothing fails with a message: what cannot be read is 0, empty or a status of -1.
  *
  * What a call allocates comes from the heap of this library and goes back to it through the release export that the
  * call names, never through the host's own free. A list with a count of 0 still has an array to release. Strings that
@@ -163,8 +163,11 @@ RAVO_API bool RAVO_CALL isProcessExist(uint64_t process_id);
  * releeaseThreadBasicPerformanceListFFI. */
 RAVO_API FfiList RAVO_CALL getThreadPerformance(void);
 
-/* The same as ThreadExtendPerformance. Every other thread is stopped once, for as long as its stack is walked; the
- * calling thread has no stack. Release with releeaseThreadExtendPerformanceListFFI.
+/* The same as ThreadExtendPerformance. On Windows every other thread is stopped once, for as long as its stack is
+ * walked. On Linux it is interrupted by a signal, only until its registers and a piece of its stack are copied; one
+ * that does not answer within a second has no stack. The calling thread never has one. Symbols are loaded for the call
+ * and dropped after it, also those that symInitializeCurrentProcess had loaded. Release with
+ * releeaseThreadExtendPerformanceListFFI.
  *   named_only    threads with a name are listed without a stack
  *   max_frames    the frame at which a walk starts counts but is not listed: at most max_frames - 1 are
  *   stop_modules  file names of modules without their folder, compared to the letter; a walk ends before a frame of
@@ -177,7 +180,8 @@ RAVO_API FfiList RAVO_CALL getThreadPerformanceWithStackInfo(bool named_only, ui
 RAVO_API FfiList RAVO_CALL getThreadStack(uint64_t thread_id, uint64_t max_frames, const char* const* stop_modules,
                                           uint32_t stop_count);
 
-/* Loads and drops the symbols of this process. What they cost goes to the info callback of setRustLogger. */
+/* Loads and drops the symbols of this process. What they cost goes to the info callback of setRustLogger, the error of
+ * a load to the error callback. False for a failure, as is a drop where nothing is loaded. */
 RAVO_API bool RAVO_CALL symInitializeCurrentProcess(void);
 RAVO_API bool RAVO_CALL symCleanupCurrentProcess(void);
 

@@ -112,6 +112,7 @@ void ScreenManager::AnswerThumbnails(ThumbnailKind kind, const std::vector<Thumb
   }
   IPCData reply;
   reply.content = TESSARIN_COMMON::JsonText(thumbnails);
+  reply.content_type = TESSARIN_COMMON::kContentJson;
   reply.message_type = TESSARIN_COMMON::kMessageCallResponse;
   reply.taskId = pending.front();
   pending.pop_front();

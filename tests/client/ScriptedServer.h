@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -58,7 +59,13 @@ class ScriptedServer : private TESSARIN_COMMON::IIPCDelegate {
   }
 
  private:
-  void OnConnected() override {}
+  void OnConnected() override {
+    {
+      const std::lock_guard lock(mutex_);
+      connected_ = true;
+    }
+    changed_.notify_all();
+  }
   void OnDisconnect() override {}
   void OnErrorReport(std::int32_t, const char*) override {}
   void OnDataReceived(const char* data, std::uint32_t length) override {
@@ -71,7 +78,12 @@ class ScriptedServer : private TESSARIN_COMMON::IIPCDelegate {
     changed_.notify_all();
     script_(*this, {message.message_key, message.content, message.taskId});
   }
+  // A client may take itself for connected before this side does.
   void Send(const TESSARIN_COMMON::IPCData& data) {
+    {
+      std::unique_lock lock(mutex_);
+      changed_.wait_for(lock, std::chrono::seconds(30), [this] { return connected_; });
+    }
     const std::string text = TESSARIN_COMMON::Serialize(data);
     server_.Send(text.data(), static_cast<std::uint32_t>(text.size()));
   }
@@ -79,8 +91,9 @@ class ScriptedServer : private TESSARIN_COMMON::IIPCDelegate {
   const support::LogCapture log_;  // takes the endpoints' lines
   const std::string name_ = support::UniquePipeName();
   const Script script_;
-  std::mutex mutex_;  // guards requests_
+  std::mutex mutex_;  // guards connected_ and requests_
   std::condition_variable changed_;
+  bool connected_ = false;
   std::vector<std::string> requests_;
   bool started_ = false;
   TESSARIN_COMMON::IPCServer server_{name_};

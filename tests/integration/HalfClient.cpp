@@ -1,5 +1,7 @@
 // Connects to a server, sends half a message, says so and waits to be killed.
+#include <chrono>
 #include <cstdio>
+#include <thread>
 
 #include "ipc/NamedPipeClient.h"
 #include "support/LogCapture.h"
@@ -8,7 +10,8 @@ int main(int argc, char** argv) {
   if (argc != 2) return 2;
   const support::LogCapture log;
   TESSARIN_COMMON::NamedPipeClient link(argv[1]);
-  if (!link.Connect(30)) return 1;
+  link.SetSleep([](auto) { std::this_thread::sleep_for(std::chrono::milliseconds(1)); });
+  if (!link.Connect(15'000)) return 1;
   constexpr char kHalf[] = {100, 0, 0, 0, '{', '"'};
   if (!link.Send(kHalf, sizeof kHalf)) return 1;
   std::puts("sent");

@@ -1,5 +1,7 @@
 #include "RawLink.h"
 
+#include <thread>
+
 #include "ServerProcess.h"
 
 namespace integration {
@@ -7,9 +9,15 @@ namespace {
 
 constexpr std::size_t kPrefixBytes = 4;
 
+// Looks for a server each millisecond: a start is to cost a test no half seconds.
+bool ConnectSoon(TESSARIN_COMMON::NamedPipeClient& link) {
+  link.SetSleep([](auto) { std::this_thread::sleep_for(std::chrono::milliseconds(1)); });
+  return link.Connect(15'000);
+}
+
 }  // namespace
 
-RawLink::RawLink(const std::string& pipe) : link_(pipe), connected_(link_.Connect(30)) {}
+RawLink::RawLink(const std::string& pipe) : link_(pipe), connected_(ConnectSoon(link_)) {}
 
 bool RawLink::Send(std::string_view bytes) {
   return link_.Send(bytes.data(), static_cast<std::uint32_t>(bytes.size()));

@@ -16,6 +16,7 @@ class RawLink {
   explicit RawLink(const std::string& pipe);
 
   [[nodiscard]] bool Connected() const { return connected_; }
+  [[nodiscard]] std::uint32_t ServerProcessId() const { return link_.ServerProcessId(); }
   bool Send(std::string_view bytes);
   // The body of the next message; nothing when the server has closed the connection. What was sent and did not fit goes
   // out meanwhile.

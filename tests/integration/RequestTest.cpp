@@ -61,5 +61,24 @@ TEST_F(RequestTest, ReportsARequestThatHeldUpTheOthers) {
   EXPECT_EQ(reports(), 0);
 }
 
+// What the server tells of itself without being asked: its start, each join, and its load from the second look on.
+TEST_F(RequestTest, ReportsItsStartItsJoinsAndItsLoad) {
+  const auto report = [this](const std::string& words) {
+    std::string content;  // of reports in between there may be some, where a slow machine has held a request up
+    do content = Expect("MERI_TRACK_LIST");
+    while (content.find(words) == std::string::npos && !HasFailure());
+    return content;
+  };
+  StartServer();
+  ASSERT_NO_FATAL_FAILURE(Connect());
+  report(R"([{\"sdk_module_name\":\"ravo_init_total_time_ms_v2\",\"sdk_module_cost\":)");
+  for (int meeting = 0; meeting < 2; ++meeting) {
+    Call("JoinMeeting", R"(["token","room","me",""])");
+    report(R"([{\"sdk_join_meeting_cost\":)");
+    Call("LeaveMeeting");
+  }
+  EXPECT_THAT(report("vc_pc_meeting_perf_monitor"), testing::HasSubstr(R"(\"pname\":\"ravo_native\")"));
+}
+
 }  // namespace
 }  // namespace integration

@@ -70,6 +70,15 @@ TEST_F(SessionTest, AnswersOnTheRequestsOwnEnvelope) {
   for (const auto& exchange : cases) EXPECT_EQ(Ask(exchange.request), exchange.reply);
 }
 
+// Of the request only its number lives on.
+TEST_F(SessionTest, AnswersThumbnailsOnAnEnvelopeOfItsOwn) {
+  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
+  EXPECT_EQ(Ask(RawLink::Request("get_window_thumbnail", "[{}]", 7, R"("module_name":"m","context_id":"x",)")),
+            R"({"method_name":{"module_name":"","content_type":"JSON","message_type":"CALL_RESPONSE",)"
+            R"("message_key":"","context_id":"","taskId":7},"content":)" +
+                Quoted(R"([{"id":101,"val":"sim-thumbnail:101:0x0"},{"id":102,"val":"sim-thumbnail:102:0x0"}])") + "}");
+}
+
 TEST_F(SessionTest, PassesAnEngineEventOnToTheLetter) {
   ASSERT_NO_FATAL_FAILURE(ConnectRaw());
   const std::string params = R"({"sim.fire":[{"entry":"OnVolumeChange","args":[5,true,false]}]})";

@@ -1,15 +1,24 @@
 #include "SendQueue.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace TESSARIN_COMMON {
 
+// The last block is filled up first: what is reserved stays close to what is queued, whatever the sizes are.
 void SendQueue::Append(std::span<const char> data) {
-  if (data.empty()) return;
-  if (blocks_.empty() || blocks_.back().capacity() - blocks_.back().size() < data.size()) {
-    blocks_.emplace_back().reserve(std::max(kBlockBytes, data.size()));
+  if (!blocks_.empty()) {
+    auto& last = blocks_.back();
+    const auto fitting = data.first(std::min(data.size(), last.capacity() - last.size()));
+    last.insert(last.end(), fitting.begin(), fitting.end());
+    bytes_ += fitting.size();
+    data = data.subspan(fitting.size());
   }
-  blocks_.back().insert(blocks_.back().end(), data.begin(), data.end());
+  if (data.empty()) return;
+  std::vector<char> block;
+  block.reserve(std::max(kBlockBytes, data.size()));
+  block.assign(data.begin(), data.end());
+  blocks_.push_back(std::move(block));
   bytes_ += data.size();
 }
 

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <csignal>
 #include <memory>
+#include <new>
 
 #include "CoreFile.h"
 #include "common/Platform.h"
@@ -92,14 +93,20 @@ bool WriteInChild(CoreFile& core) {
   return written;
 }
 
+// The room for all that the child may find is taken first; a process that has none left goes without a dump.
+bool WriteCore(int file) try {
+  const auto core = std::make_unique<CoreFile>(file, getpid(), static_cast<pid_t>(TESSARIN_COMMON::CurrentThreadId()));
+  return WriteInChild(*core);
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
 }  // namespace
 
 bool WriteProcessDump(const std::string& path) {
   const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR));
   if (!file) return false;
-  const auto core =
-      std::make_unique<CoreFile>(file.Get(), getpid(), static_cast<pid_t>(TESSARIN_COMMON::CurrentThreadId()));
-  const bool written = WriteInChild(*core);
+  const bool written = WriteCore(file.Get());
   if (!written) unlink(path.c_str());
   return written;
 }

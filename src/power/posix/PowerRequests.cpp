@@ -26,8 +26,9 @@ Descriptor Inhibit(sd_bus* bus, const char* what) {
                                   what, "Ravo", "MyPowerSaveBlocker", "block");
   if (result >= 0) result = sd_bus_message_read(reply, "h", &descriptor);
   Descriptor own(result >= 0 ? fcntl(descriptor, F_DUPFD_CLOEXEC, 3) : -1);  // the message closes its own
+  const int error = result < 0 ? -result : errno;
   sd_bus_message_unref(reply);
-  if (result < 0) errno = -result;
+  errno = error;
   return own;
 }
 

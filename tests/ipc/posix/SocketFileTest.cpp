@@ -1,4 +1,3 @@
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -116,17 +115,6 @@ TEST_F(SocketFile, WithATooLongNameFailsAtOnce) {
   client.SetErrorReporter(&clientReports_);
   EXPECT_FALSE(client.Connect(5));
   EXPECT_EQ(clientReports_.Take(), (Lines{"-1004 create file(client connect) failed.", "system"}));
-}
-
-TEST_F(SocketFile, WithoutADescriptorForThePortFails) {
-  rlimit old{};
-  getrlimit(RLIMIT_NOFILE, &old);
-  const rlimit none{0, old.rlim_max};
-  setrlimit(RLIMIT_NOFILE, &none);
-  const bool opened = server_.Open();
-  setrlimit(RLIMIT_NOFILE, &old);
-  EXPECT_FALSE(opened);
-  EXPECT_EQ(serverReports_.Take(), (Lines{"-1003 create io completion port failed.", "system"}));
 }
 
 // A body of several socket buffers that trickles in is one read, however many waits it takes.
