@@ -14,9 +14,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # The prefix belongs to the build, and Wine's own messages stay out of the tests' output.
 set(CMAKE_CROSSCOMPILING_EMULATOR env WINEDEBUG=-all WINEPREFIX=${CMAKE_BINARY_DIR}/wine wine)
 
-# Stacks are walked by the frame pointer, and the names come from what the debug-help library can read.
-set(CMAKE_C_FLAGS_INIT "-fno-omit-frame-pointer -gdwarf-4")
-set(CMAKE_CXX_FLAGS_INIT "-fno-omit-frame-pointer -gdwarf-4")
+# The system's walk of a 32-bit stack goes by the frame pointers.
+set(CMAKE_C_FLAGS_INIT "-fno-omit-frame-pointer")
+set(CMAKE_CXX_FLAGS_INIT "-fno-omit-frame-pointer")
 
 # Nothing of the compiler's runtime has to lie beside the programs.
 foreach(kind EXE SHARED MODULE)
