@@ -49,7 +49,7 @@ bool Volley::FireOnce() const try {
   const NamedCallback* callback = FindCallback(entry);
   if (callback == nullptr) throw std::runtime_error("no such registration");
   TESSARIN_COMMON::JsonDocument document;
-  document.Parse(arguments);
+  document.Parse(arguments.data(), arguments.size());
   if (document.HasParseError()) throw std::runtime_error("the arguments are no JSON");
   return callback->emit(document);
 } catch (const std::exception& failure) {

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 
 #include "Callbacks.h"
@@ -24,7 +25,7 @@ std::int64_t RAVO_CALL SimFireFromThreads(const char* entry, const char* argumen
 bool RAVO_CALL SimPushFrame(const char* userId, const char* info, const std::uint8_t* const* planes, std::int64_t count,
                             const std::int64_t* strides) try {
   TESSARIN_COMMON::JsonDocument document;
-  document.Parse(info);
+  document.Parse(info, std::strlen(info));
   Arena arena;
   VideoFrameInfo frameInfo{};
   ReadRecord(document, arena, frameInfo);

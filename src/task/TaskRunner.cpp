@@ -58,7 +58,7 @@ struct TaskRunner::Task {
   std::int64_t startMs = 0;
   std::int64_t endMs = 0;
   Closure closure;
-  AutoResetEvent* done = nullptr;  // of a blocking post, whose caller owns it
+  std::shared_ptr<AutoResetEvent> done;  // of a blocking post; its caller may be gone before the wake-up has ended
   std::int32_t kind = 0;
 };
 
@@ -160,11 +160,11 @@ void TaskRunner::PostTask(const Location& location, Closure closure) {
 }
 
 bool TaskRunner::PostTaskAndWait(const Location& location, Closure closure) {
-  AutoResetEvent done;
+  const auto done = std::make_shared<AutoResetEvent>();
   Task task = MakeTask(location, std::move(closure));
-  task.done = &done;
+  task.done = done;
   queue_->Append(std::move(task));
-  done.Wait();
+  done->Wait();
   return true;
 }
 
