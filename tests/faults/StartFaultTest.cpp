@@ -1,4 +1,5 @@
 // Threads that do not come, and a library that cannot be loaded.
+#include <memory>
 #include <mutex>
 
 #include "FaultTest.h"
@@ -30,6 +31,9 @@ std::string StartThreads() {
   std::string outcome;
   TESSARIN_TASK::TaskRunner tasks(TESSARIN_TASK::TaskRunner::kMain);
   const bool tasksRun = tasks.StartRunner();
+  // Also where the post finds no memory: a runner's thread must not outlive it.
+  const auto stop = [](TESSARIN_TASK::TaskRunner* runner) { runner->StopRunner(); };
+  const std::unique_ptr<TESSARIN_TASK::TaskRunner, decltype(stop)> stopper(&tasks, stop);
   bool ran = false;
   if (tasksRun) tasks.PostTaskAndWait({}, [&] { ran = tasks.IsCurrentThread(); });
   tasks.StopRunner();
