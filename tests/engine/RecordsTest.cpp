@@ -29,33 +29,6 @@ TEST(DeviceRecords, FlagsAreBooleansAndTheReservedBytesStayOut) {
             R"("handsFreeMode":false,"canMove":false,"canZoom":false,"canAutoFraming":true})");
 }
 
-TEST(MeetingRecords, RemoteStreamStatsNestAndTellTheVideoStallsTwice) {
-  RemoteStreamStats stats{};
-  stats.uid = "ann";
-  stats.audio_stats.stall_count = 3;
-  stats.video_stats.stall_count = 4;
-  stats.video_stats.is_screen = true;
-  stats.remote_rx_quality = -2;
-  EXPECT_EQ(JsonText(stats),
-            R"({"uid":"ann","audio_stats":{"audio_loss_rate":0.0,"received_kbitrate":0,"stall_count":3,)"
-            R"("stall_duration":0,"e2e_delay":0,"playout_sample_rate":0,"stats_interval":0,"rtt":0,"total_rtt":0,)"
-            R"("quality":0,"jitter_buffer_delay":0,"num_channels":0,"received_sample_rate":0,"frozen_rate":0,)"
-            R"("concealed_samples":0,"concealment_event":0,"dec_sample_rate":0,"dec_duration":0,"jitter":0},)"
-            R"("video_stats":{"width":0,"height":0,"video_loss_rate":0.0,"received_kbitrate":0,)"
-            R"("decoder_output_frame_rate":0,"renderer_output_frame_rate":0,"stall_count":4,"stall_count":4,)"
-            R"("stall_duration":0,"e2e_delay":0,"is_screen":true,"stats_interval":0,"rtt":0,"frozen_rate":0,)"
-            R"("video_index":0,"jitter":0},"remote_tx_quality":0,"remote_rx_quality":-2,"is_screen":false})");
-}
-
-TEST(MeetingRecords, ANullStringRaises) {
-  try {
-    (void)JsonText(VolumeInfo{});
-    FAIL() << "no failure";
-  } catch (const std::runtime_error& error) {
-    EXPECT_STREQ(error.what(), "str != 0");
-  }
-}
-
 TEST(MeetingRecords, PerformanceTextsComeFromFixedArrays) {
   DevicePerformance performance{};
   performance.memory = 1.5;

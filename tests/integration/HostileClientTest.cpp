@@ -80,7 +80,7 @@ TEST_F(HostileClientTest, AClientThatDoesNotReadIsServedWithinABound) {
     bytes += body ? body->size() : 0;
     return body;
   };
-  while (bytes < kKept / 2) ASSERT_TRUE(read());  // and what is refused was beyond it
+  while (bytes < kKept / 2) ASSERT_TRUE(read());
   // Its reply finds room again and comes after everything that was kept.
   EXPECT_TRUE(link.Send(RawLink::Framed(RawLink::Request("set_fps", "[20]", 3))));
   for (bool last = false; !last;) {
