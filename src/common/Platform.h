@@ -10,6 +10,10 @@ namespace TESSARIN_COMMON {
 // The system's id of the calling thread.
 [[nodiscard]] std::uint32_t CurrentThreadId();
 
+// The wall clock, milliseconds since 1970, as of the system's last tick: some milliseconds old, at a fraction of the
+// price.
+[[nodiscard]] std::int64_t WallTickMs();
+
 // The calling thread's last system error: GetLastError on Windows, errno elsewhere.
 [[nodiscard]] int LastSystemError();
 // The system's English text of an error, with trailing blanks and line ends removed; empty if it has none.

@@ -15,7 +15,7 @@ class IntervalGate {
       : periodMs_(periodMs), clock_(clock) {}
 
   [[nodiscard]] bool IsTime() {
-    const std::int64_t now = clock_.WallMs();
+    const std::int64_t now = clock_.WallTickMs();
     std::int64_t last = lastMs_.load(std::memory_order_relaxed);
     return now - last >= periodMs_ && lastMs_.compare_exchange_strong(last, now, std::memory_order_relaxed);
   }

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 
 namespace TESSARIN_COMMON {
 
@@ -14,6 +15,12 @@ std::uint32_t CurrentProcessId() {
 
 std::uint32_t CurrentThreadId() {
   return static_cast<std::uint32_t>(syscall(SYS_gettid));
+}
+
+std::int64_t WallTickMs() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME_COARSE, &now);
+  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
 }
 
 int LastSystemError() {

@@ -12,6 +12,13 @@ std::uint32_t CurrentThreadId() {
   return GetCurrentThreadId();
 }
 
+std::int64_t WallTickMs() {
+  constexpr std::int64_t kUnixEpoch = 116'444'736'000'000'000;  // in the system's 100 ns units since 1601
+  FILETIME now{};
+  GetSystemTimeAsFileTime(&now);
+  return ((std::int64_t{now.dwHighDateTime} << 32 | now.dwLowDateTime) - kUnixEpoch) / 10'000;
+}
+
 int LastSystemError() {
   return static_cast<int>(GetLastError());
 }
