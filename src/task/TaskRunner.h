@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <vector>
 
 #include "Thread.h"
 #include "common/Clock.h"
@@ -16,6 +15,10 @@ struct Location {
   const char* function = "Unknown";
   const char* file = "Unknown";
 };
+
+class TaskBatch;
+class TaskQueue;
+struct Task;
 
 // A queue of closures and the one thread that runs them, in the order of posting. Any thread posts. Closures run with
 // no lock held and may post to their own runner; what they throw is caught by nobody and ends the process. A task that
@@ -51,18 +54,15 @@ class TaskRunner : public Runnable {
   void Run(Thread* thread) override;
 
  private:
-  class Queue;
-  struct Task;
-
-  [[nodiscard]] Task MakeTask(const Location& location, Closure closure) const;
-  void RunBatch(std::vector<Task>& batch);
+  void RunBatch(TaskBatch& batch);
   std::int64_t RunTask(Task& task, std::int64_t startMs);
-  void CheckBudgets(const Task& task) const;
+  void SetCurrentKind(std::int32_t kind);
+  void CheckBudgets(const Task& task, std::int64_t startMs, std::int64_t endMs) const;
   [[nodiscard]] const char* Name() const;
 
   const std::unique_ptr<ThreadLocalSlot> slot_;
   const std::unique_ptr<Thread> thread_;
-  const std::unique_ptr<Queue> queue_;
+  const std::unique_ptr<TaskQueue> queue_;
   const int type_;
   std::uint64_t waitingBudgetMs_ = 300;
   std::uint64_t runningBudgetMs_ = 200;

@@ -20,6 +20,11 @@ void JoinNativeThread(std::uintptr_t handle);
 void AbandonNativeThread(std::uintptr_t handle);
 void SetNativePriority(std::uintptr_t handle, int priority);
 
+// Between two looks at what another core may change.
+inline void RelaxCore() {
+  __builtin_ia32_pause();
+}
+
 // Lets one thread sleep until another wakes it: set once, it lets one wait through. Not the standard library's atomic
 // wait on every platform: where that has no help of the system it may miss a wake-up.
 class AutoResetEvent {

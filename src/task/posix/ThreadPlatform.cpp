@@ -1,6 +1,7 @@
 #include "../ThreadPlatform.h"
 
 #include <pthread.h>
+#include <semaphore.h>
 #include <sys/resource.h>
 
 #include <atomic>
@@ -68,20 +69,29 @@ void SetNativePriority(std::uintptr_t handle, int priority) {
   setpriority(PRIO_PROCESS, FromHandle(handle)->id, priority);
 }
 
+// A semaphore that never goes above one. Not an atomic's own wait, which yields the core some times before it sleeps:
+// on a busy core each of them lets another thread run and comes back for nothing.
 struct AutoResetEvent::State {
-  std::atomic<int> set{0};  // an int: the system can wait for nothing smaller
+  State() { sem_init(&semaphore, 0, 0); }
+  ~State() { sem_destroy(&semaphore); }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+
+  sem_t semaphore;
+  std::atomic<bool> set{false};
 };
 
 AutoResetEvent::AutoResetEvent() : state_(std::make_unique<State>()) {}
 AutoResetEvent::~AutoResetEvent() = default;
 
 void AutoResetEvent::Set() {
-  state_->set = 1;
-  state_->set.notify_one();
+  if (!state_->set.exchange(true)) sem_post(&state_->semaphore);
 }
 
 void AutoResetEvent::Wait() {
-  while (state_->set.exchange(0) == 0) state_->set.wait(0);
+  while (sem_wait(&state_->semaphore) != 0) {
+  }                             // a signal came between
+  state_->set.exchange(false);  // sees what was done before the last Set, also one that found it set
 }
 
 long InitialiseThreadRuntime() {

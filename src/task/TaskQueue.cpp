@@ -1,0 +1,94 @@
+#include "TaskQueue.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace TESSARIN_TASK {
+
+std::string Task::LocationText() const {
+  constexpr std::size_t kMaxLocation = 255;
+  return (std::string(location.function) + '@' + location.file).substr(0, kMaxLocation);
+}
+
+constexpr std::size_t kChunkTasks = 64;
+
+void TaskBatch::Append(const Location& location, std::int64_t postMs, Task::Closure&& closure, Task::Event&& done) {
+  static std::atomic<std::uint64_t> nextId{0};  // shared by all runners
+  const std::size_t chunk = count_ / kChunkTasks;
+  if (chunk == chunks_.size()) chunks_.emplace_back().reserve(kChunkTasks);
+  const std::uint64_t id = nextId.fetch_add(1, std::memory_order_relaxed);
+  chunks_[chunk].emplace_back(id, location, postMs, std::move(closure), std::move(done));
+  ++count_;
+}
+
+void TaskBatch::Clear() {
+  constexpr std::size_t kKeptChunks = 256;
+  const std::size_t kept = std::max(kKeptChunks, count_ / kChunkTasks + 1);
+  if (chunks_.size() > kept) chunks_.resize(kept);
+  for (auto& chunk : chunks_) chunk.clear();
+  count_ = 0;
+}
+
+void TaskBatch::Swap(TaskBatch& other) {
+  chunks_.swap(other.chunks_);
+  std::swap(count_, other.count_);
+}
+
+// What the lock guards takes less time than a sleep, so a thread that finds it taken looks again some times, ever less
+// often, so that the one that has it can go on.
+class TaskQueue::Hold {
+ public:
+  explicit Hold(std::mutex& mutex) : mutex_(mutex) {
+    constexpr int kMostPauses = 256;
+    for (int pauses = 8; pauses <= kMostPauses; pauses *= 2) {
+      if (mutex_.try_lock()) return;
+      for (int i = 0; i < pauses; ++i) RelaxCore();
+    }
+    mutex_.lock();
+  }
+  ~Hold() { mutex_.unlock(); }
+  Hold(const Hold&) = delete;
+  Hold& operator=(const Hold&) = delete;
+
+ private:
+  std::mutex& mutex_;
+};
+
+void TaskQueue::Append(const Location& location, std::int64_t postMs, Task::Closure&& closure, Task::Event&& done) {
+  bool wake = false;
+  {
+    const Hold hold(mutex_);
+    tasks_.Append(location, postMs, std::move(closure), std::move(done));
+    if (!filled_.load(std::memory_order_relaxed)) filled_.store(true, std::memory_order_relaxed);
+    wake = std::exchange(sleeping_, false);
+  }
+  if (wake) wake_.Set();
+}
+
+void TaskQueue::Take(TaskBatch& batch, const Thread& thread) {
+  const auto filled = [this] { return filled_.load(std::memory_order_relaxed); };
+  if (!filled()) lookAhead_(filled);
+  {
+    const Hold hold(mutex_);
+    tasks_.Swap(batch);
+    filled_.store(false, std::memory_order_relaxed);
+    if (!batch.Empty() || thread.StopRequested()) return;
+    sleeping_ = true;
+  }
+  wake_.Wait();
+}
+
+void TaskQueue::Stop() {
+  TaskBatch dropped;
+  {
+    const Hold hold(mutex_);
+    dropped.Swap(tasks_);
+    sleeping_ = false;
+  }
+  dropped.ForEach([](const Task& task) {
+    if (task.done != nullptr) task.done->Set();
+  });
+  wake_.Set();
+}
+
+}  // namespace TESSARIN_TASK
