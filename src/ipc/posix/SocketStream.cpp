@@ -36,21 +36,27 @@ int SocketStream::CreatePort() {
 int SocketStream::Serve(const std::string& name) {
   name_ = name;
   const std::lock_guard lock(mutex_);
-  return ListenAt(name, listener_);
+  const int error = ListenAt(name, listener_);
+  NoteLink();
+  return error;
 }
 
 int SocketStream::FindServer(const std::string& name) {
   const int error = ConnectTo(name, link_);
+  NoteLink();
   const bool nobody = error == ENOENT || error == ECONNREFUSED || error == EAGAIN;
   return nobody ? error : 0;  // Connect meets any other error again, and it is reported as its own
 }
 
 int SocketStream::Connect(const std::string& name) {
-  return link_ ? 0 : ConnectTo(name, link_);
+  const int error = link_ ? 0 : ConnectTo(name, link_);
+  NoteLink();
+  return error;
 }
 
 void SocketStream::Adopt(Handle handle) {
   link_.Reset(static_cast<int>(handle));
+  NoteLink();
 }
 
 int SocketStream::Bind(const void*) {
@@ -69,7 +75,9 @@ int SocketStream::WaitPeer() {
     if (error != EAGAIN) return error;
     const std::lock_guard lock(mutex_);
     if (woken_) return ECANCELED;
-    if (const int listenError = ListenAt(name_, listener_); listenError != 0) return listenError;
+    const int listenError = ListenAt(name_, listener_);
+    NoteLink();
+    if (listenError != 0) return listenError;
   }
 }
 
@@ -91,6 +99,7 @@ int SocketStream::Accept() {
   listener_.Reset();
   if (error == EINTR || error == ECONNABORTED || (client && !PeerIsOwnUser(client.Get()))) return EAGAIN;
   if (client) link_ = std::move(client);
+  NoteLink();
   return error;
 }
 
@@ -100,9 +109,12 @@ void SocketStream::StopListening() {
   listener_.Reset();
 }
 
+void SocketStream::NoteLink() {
+  hasLink_ = !closed_ && (link_ || listener_);
+}
+
 bool SocketStream::HasLink() const {
-  const std::lock_guard lock(mutex_);
-  return !closed_ && (link_ || listener_);
+  return hasLink_;
 }
 
 std::uint32_t SocketStream::ServerProcessId() const {
@@ -128,6 +140,7 @@ void SocketStream::CloseLink() {
   const std::lock_guard lock(mutex_);
   closed_ = true;
   StopListening();
+  NoteLink();
 }
 
 void SocketStream::Wake() {
@@ -212,7 +225,10 @@ PipeStream::Read SocketStream::WaitRead() {
       Receive();
       continue;
     }
-    if (deadline == Deadline{}) deadline = std::chrono::steady_clock::now() + kReadWait;
+    if (deadline == Deadline{}) {
+      deadline = std::chrono::steady_clock::now() + kReadWait;
+      if (target_ != nullptr && ReceiveSoon()) continue;
+    }
     if (!Poll(deadline)) return {0, 0};
   }
 }
@@ -250,6 +266,13 @@ void SocketStream::Receive() {
   aheadBegin_ = 0;
   aheadEnd_ = received - own;
   mayHaveMore_ = received == rest + ahead_.size();
+}
+
+bool SocketStream::ReceiveSoon() {
+  return lookAhead_([this] {
+    Receive();
+    return filled_ > 0 || gone_ != 0;
+  });
 }
 
 bool SocketStream::Poll(Deadline deadline) {

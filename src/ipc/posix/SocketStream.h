@@ -8,6 +8,7 @@
 #include "../PipeStream.h"
 #include "SendQueue.h"
 #include "common/posix/Descriptor.h"
+#include "task/LookAhead.h"
 
 namespace TESSARIN_COMMON {
 
@@ -49,9 +50,11 @@ class SocketStream final : public PipeStream {
   void TakeAhead();
   [[nodiscard]] bool IsReadDone() const;
   void Receive();
+  bool ReceiveSoon();                          // gives those who may send a chance to do so
   [[nodiscard]] bool Poll(Deadline deadline);  // false when the time is over
   Read Finish(std::int32_t result, int error = 0);
 
+  void NoteLink();  // with the lock, or before the stream is shared
   void Wake();
   void Flush();
   void FlushLocked();
@@ -61,6 +64,7 @@ class SocketStream final : public PipeStream {
   std::string name_;  // served
   std::atomic<bool> woken_{false};
   std::atomic<bool> hasPending_{false};  // queue_ is not empty
+  std::atomic<bool> hasLink_{false};     // so that the reader does not wait for a sender to ask for it
 
   mutable std::mutex mutex_;  // guards what follows, except that the reader, who sets link_, reads it without
   Descriptor listener_;
@@ -76,7 +80,8 @@ class SocketStream final : public PipeStream {
   std::size_t aheadBegin_ = 0;
   std::size_t aheadEnd_ = 0;
   bool mayHaveMore_ = false;  // the socket was not seen empty; asking it costs less than waiting for it
-  int gone_ = 0;              // why nothing more will come
+  TESSARIN_TASK::LookAhead lookAhead_;
+  int gone_ = 0;  // why nothing more will come
   std::array<char, std::size_t{64} << 10> ahead_;
 };
 
