@@ -60,33 +60,38 @@ void Subscribe(Session& session, std::size_t streams) {
 }  // namespace
 
 std::string DeafClient(std::size_t seconds) {
-  constexpr double kKeptMiB = 64;  // by the transport
-  constexpr double kMarginMiB = 48;
-  constexpr std::size_t kEventBytes = 64 << 10;
-  const std::string fire =
-      fmt::format(R"({{"rtcParams":{}}})",
-                  integration::Quoted(R"({"sim.fire":[{"entry":"OnVemoraException","threads":4,"times":32,"args":[")" +
-                                      std::string(kEventBytes, 'x') + R"("]}]})"));
+  constexpr double kKeptMiB = 64;                     // by the transport
+  constexpr double kMarginMiB = kEmulated ? 48 : 16;  // what is being formatted, and the gaps of the heap
+  // 2 MiB a tick, so that the queue is full within seconds and no machine falls behind with the ticks. In small pieces,
+  // since the text of an update stays in memory for good, which is wanted.
+  constexpr std::size_t kThreads = 4;
+  constexpr std::size_t kTimes = 64;
+  constexpr std::size_t kEventBytes = 8 << 10;
+  const std::string volley =
+      fmt::format(R"({{"sim.fire":[{{"entry":"OnVemoraException","threads":{},"times":{},"args":["{}"]}}]}})", kThreads,
+                  kTimes, std::string(kEventBytes, 'x'));
+  const std::string fire = R"({"rtcParams":)" + integration::Quoted(volley) + "}";
   Server server;
   RawLink link(server.Pipe());
   Require(link.Connected() && !Await(link, R"("INIT")").empty(), "the server starts");
   const double before = ResidentMiB(link.ServerProcessId());
   double most = before;
   std::size_t events = 0;
-  for (const auto end = Clock::now() + std::chrono::seconds(seconds); Clock::now() < end; events += 128) {
+  for (const auto end = Clock::now() + std::chrono::seconds(seconds); Clock::now() < end; events += kThreads * kTimes) {
     Ask(link, "update_server_option", fire);
     std::this_thread::sleep_for(Milliseconds(100));
     most = std::max(most, ResidentMiB(link.ServerProcessId()));
   }
   Require(most - before > kKeptMiB / 2, fmt::format("there was a load: {:.0f} MiB", most - before));
-  Require(most - before < kKeptMiB + kMarginMiB, fmt::format("the memory is bounded: {:.0f} MiB more", most - before));
+  Require(kSanitized || most - before < kKeptMiB + kMarginMiB,
+          fmt::format("the memory is bounded: {:.0f} MiB more", most - before));
   Times stop;
   const auto asked = Clock::now();
   server.Host().Interrupt();
   server.RequireGoodEnd();
   stop.Add(Clock::now() - asked);
   stop.RequireWithin(Milliseconds(1000), "the server stops within a second");
-  return fmt::format("{} s, {} MiB of events; memory {:.0f} MiB, at most {:.0f} MiB more; stop: {}", seconds,
+  return fmt::format("{} MiB of events; memory {:.0f} MiB, at most {:.0f} MiB more; stop: {}",
                      events * kEventBytes >> 20, before, most - before, stop.Text());
 }
 
@@ -127,12 +132,12 @@ std::string Soak(std::size_t seconds) {
   session.Close();
   Require(answered, "no reply is lost");
   Require(!caller.Wrong(), "replies come in order, and none is an error");
-  Require(late - early < kFlatMiB, fmt::format("memory stays flat: {:.1f} MiB, then {:.1f} MiB", early, late));
+  Require(kSanitized || late - early < kFlatMiB,
+          fmt::format("memory stays flat: {:.1f} MiB, then {:.1f} MiB", early, late));
   Require(frames >= kStreams * seconds, fmt::format("frames come: {}", frames.load()));
   server.RequireGoodEnd();
-  return fmt::format(
-      "{} s, {} streams, {} requests answered in order, {} frames read; memory {:.1f} MiB, then {:.1f} MiB", seconds,
-      kStreams, caller.Sent(), frames.load(), early, late);
+  return fmt::format("{} streams, {} requests answered in order, {} frames read; memory {:.1f} MiB, then {:.1f} MiB",
+                     kStreams, caller.Sent(), frames.load(), early, late);
 }
 
 }  // namespace torture

@@ -35,12 +35,14 @@ double Times::At(double part) const {
 }
 
 std::string Times::Text() const {
+  if (ms_.size() == 1) return fmt::format("{:.1f} ms", At(0));
   return fmt::format("p50 {:.1f} ms, p99 {:.1f} ms, max {:.1f} ms", At(0.5), At(0.99), At(1));
 }
 
 void Times::RequireWithin(Milliseconds limit, const std::string& promise) const {
   const std::string figures = promise + ": " + Text();
-  Require(!ms_.empty() && At(isShort_ ? 0.5 : 0.99) <= static_cast<double>(limit.count()), figures);
+  Require(!ms_.empty(), figures);
+  Require(kSanitized || At(isShort_ ? 0.5 : 0.99) <= static_cast<double>(limit.count()), figures);
   Require(At(1) < 10'000, figures);
 }
 

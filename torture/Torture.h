@@ -16,6 +16,19 @@ namespace torture {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
+#ifdef TORTURE_EMULATED
+inline constexpr bool kEmulated = true;
+#else
+inline constexpr bool kEmulated = false;
+#endif
+
+// Then times and memory are not the server's own, and are printed only.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool kSanitized = true;
+#else
+inline constexpr bool kSanitized = false;
+#endif
+
 // Fails with the text of what was promised.
 void Require(bool kept, const std::string& promise);
 
@@ -23,7 +36,7 @@ void Require(bool kept, const std::string& promise);
 class Times {
  public:
   void Add(Clock::duration time) { ms_.push_back(std::chrono::duration<double, std::milli>(time).count()); }
-  // The median, p99 and the longest, in ms.
+  // The median, p99 and the longest, in ms; a single one as it is.
   [[nodiscard]] std::string Text() const;
   // Holds p99 against the limit, and in a short run, which has too few for that and a busy machine, the median; none
   // may take ten seconds.

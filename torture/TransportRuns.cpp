@@ -73,7 +73,7 @@ std::string BothWrite(std::size_t rounds) {
     Require(arrived, fmt::format("both messages of round {} arrive whole", round));
   }
   const double seconds = std::chrono::duration<double>(Clock::now() - begin).count();
-  return fmt::format("{} times 1 MiB both ways at once: {}, {:.0f} MiB/s", rounds, times.Text(),
+  return fmt::format("1 MiB both ways at once: {}, {:.0f} MiB/s", times.Text(),
                      2.0 * static_cast<double>(rounds) / seconds);
 }
 
@@ -99,7 +99,7 @@ std::string SilentLeavers(std::size_t rounds) {
     client.Disconnect();
   }
   times.RequireWithin(Milliseconds(50), "the next client is served within 50 ms");
-  return fmt::format("{} clients left in silence; the next one served: {}", rounds, times.Text());
+  return fmt::format("the next one served: {}", times.Text());
 }
 
 }  // namespace torture

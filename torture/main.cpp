@@ -12,12 +12,6 @@
 
 namespace {
 
-#ifdef TORTURE_EMULATED
-constexpr bool kEmulated = true;
-#else
-constexpr bool kEmulated = false;
-#endif
-
 struct Run {
   const char* name;
   std::string (*run)(std::size_t count);
@@ -50,10 +44,11 @@ struct Wish {
 };
 
 std::size_t UsualCount(const Run& run, bool brief) {
-  if (kEmulated) return brief ? run.emulatedBrief : run.emulatedFull;
+  if (torture::kEmulated) return brief ? run.emulatedBrief : run.emulatedFull;
   return brief ? run.brief : run.full;
 }
 
+// Adds the run's line to the table.
 bool Keeps(const Run& run, std::size_t count) {
   const auto begin = torture::Clock::now();
   std::string figures;
@@ -65,7 +60,7 @@ bool Keeps(const Run& run, std::size_t count) {
     kept = false;
   }
   const auto seconds = std::chrono::duration<double>(torture::Clock::now() - begin).count();
-  std::printf("%-16s %s (%.1f s)\n", run.name, figures.c_str(), seconds);
+  std::printf("%-16s %9zu %9.1f  %s\n", run.name, count, seconds, figures.c_str());
   std::fflush(stdout);
   return kept;
 }
@@ -91,12 +86,15 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "ravo_torture: there is no run %s\n", wish.name.c_str());
     return 2;
   }
-  bool good = true;
+  int passed = 0;
+  int failed = 0;
+  std::printf("%-16s %9s %9s  %s\n", "run", "count", "seconds", "figures");
   for (const Run& run : kRuns) {
     const auto wish = std::ranges::find(wishes, run.name, &Wish::name);
     if (wish == wishes.end() && !wishes.empty()) continue;
     const bool counted = wish != wishes.end() && wish->count > 0;
-    good = Keeps(run, counted ? wish->count : UsualCount(run, brief)) && good;
+    ++(Keeps(run, counted ? wish->count : UsualCount(run, brief)) ? passed : failed);
   }
-  return good ? 0 : 1;
+  std::printf("%d passed, %d failed\n", passed, failed);
+  return failed == 0 ? 0 : 1;
 }
