@@ -102,13 +102,19 @@ struct EventRow {
   void (*registerWith)(const EngineApi& api);
 };
 
+// The functions that the engine calls. What they throw, for want of memory, ends the process here: the engine's own
+// frames are not to be unwound.
 template <class Member>
 struct CallbackTypes;
 template <class Table, class... A>
 struct CallbackTypes<EngineEntry<void(void (*)(A...))> Table::*> {
   template <FixedText Event>
-  static void SendPlain(A... arguments) {
+  static void SendPlain(A... arguments) noexcept {
     SendArguments(Event.text, arguments...);
+  }
+  template <auto Function>
+  static void CallOwn(A... arguments) noexcept {
+    Function(arguments...);
   }
 };
 
@@ -122,7 +128,9 @@ constexpr EventRow Plain(const char* registration) {
 // A callback with a function of its own.
 template <auto Entry, auto Function>
 constexpr EventRow Own(const char* registration, const char* event) {
-  return {registration, event, [](const EngineApi& api) { (api.*Entry).template Register<Function>(); }};
+  return {registration, event, [](const EngineApi& api) {
+            (api.*Entry).template Register<&CallbackTypes<decltype(Entry)>::template CallOwn<Function>>();
+          }};
 }
 
 inline void RegisterAll(std::span<const EventRow> rows) {

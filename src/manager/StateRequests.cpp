@@ -23,6 +23,7 @@ namespace {
 using TESSARIN_COMMON::ServerOption;
 using TESSARIN_COMMON::ServerOptionUpdate;
 using TESSARIN_LOG::Log;
+using TESSARIN_LOG::LogAt;
 
 // Gives back the root item alone; what hangs below it stays allocated, some hundred bytes an update. Wanted.
 struct FreeRoot {
@@ -158,7 +159,11 @@ void RavoManager::SetFps(IPCData& request) {
 void RavoManager::UpdateServerOption(IPCData& request) {
   auto update = ReadRecordArgument<ServerOptionUpdate>(request);
   const std::unique_ptr<cJSON, FreeRoot> root(cJSON_Parse(request.content.c_str()));
-  if (root == nullptr) return;
+  if (root == nullptr) {  // no memory, or a text that only the other parser takes
+    LogAt("Ravo", TESSARIN_LOG::Level::Failure, "UpdateServerOption: the keys cannot be read, no reply to {}",
+          request.taskId);
+    return;
+  }
   for (const UpdateKey& row : kUpdateKeys) {
     if (cJSON_GetObjectItemCaseSensitive(root.get(), row.key) != nullptr) row.apply(serverOption, update);
   }

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <ostream>
 #include <set>
 #include <string>
@@ -14,22 +13,27 @@ namespace faults {
 
 // A call and what the scenario may come to when it fails, whichever of its uses it is.
 struct Case {
-  const char* name;
-  Call call;
+  const char* call;
   std::vector<std::string> outcomes;
 };
 
 inline void PrintTo(const Case& fault, std::ostream* out) {
-  *out << fault.name;
+  *out << fault.call;
+}
+
+using FaultTest = testing::TestWithParam<Case>;
+
+inline std::string NameOf(const testing::TestParamInfo<Case>& test) {
+  return test.param.call;
 }
 
 // Fails each use of the call in turn, until none is left, and looks at what came of it. Every stated outcome has to
 // come up, and no other; without a fault it is "done".
-inline void ExpectOutcomes(const Case& fault, const std::function<std::string()>& scenario) {
+inline void ExpectOutcomes(const Case& fault, const Scenario& scenario, const Client& client = {}) {
   constexpr int kMost = 2000;
   std::set<std::string> seen;
   for (int nth = 1; nth < kMost; ++nth) {
-    const Outcome outcome = RunWithFault(fault.call, nth, scenario);
+    const Outcome outcome = RunWithFault(fault.call, nth, scenario, client);
     if (!outcome.fired) {
       EXPECT_EQ(outcome.text, "done") << outcome.errors;
       EXPECT_GT(nth, 1) << "the scenario makes no such call";

@@ -11,13 +11,11 @@
 #include <cstdlib>
 #include <new>
 
-#include "Countdown.h"
-
 namespace faults {
 namespace {
 
 struct Armed {
-  std::atomic<int> call{-1};
+  std::atomic<const char*> call{nullptr};  // a literal lies at the same place in all children
   std::atomic<int> left{0};
   std::atomic<bool> fired{false};
 };
@@ -25,6 +23,7 @@ struct Armed {
 // Shared with the children, so that the parent hears what became of it. Null before the first fault.
 Armed* shared = nullptr;
 bool isChild = false;  // the parent's own calls do not count
+int toParent = -1;     // the child's
 
 Armed& Share() {
   if (shared == nullptr) {
@@ -45,11 +44,11 @@ std::string ReadAll(int descriptor) {
   return text;
 }
 
-[[noreturn]] void RunChild(Call call, int nth, const std::function<std::string()>& scenario, int result, int errors) {
+[[noreturn]] void RunChild(const Scenario& scenario, int result, int errors) {
   alarm(60);  // a hang becomes a signal
   dup2(errors, STDERR_FILENO);
   isChild = true;
-  Arm(call, nth);
+  toParent = result;
   std::string text;
   try {
     text = scenario();
@@ -57,41 +56,50 @@ std::string ReadAll(int descriptor) {
     text = "no memory";
   }
   Disarm();
-  if (write(result, text.data(), text.size()) < 0) std::_Exit(1);
+  Tell(text);
   std::exit(0);
 }
 
 }  // namespace
 
-bool IsToFail(Call call) {
-  if (!isChild || shared->call != static_cast<int>(call) || shared->left.fetch_sub(1) != 1) return false;
+bool IsToFail(std::string_view call) {
+  if (!isChild) return false;
+  const char* const armed = shared->call;
+  if (armed == nullptr || call != armed || shared->left.fetch_sub(1) != 1) return false;
   shared->fired = true;
   return true;
 }
 
-void Arm(Call call, int nth) {
-  Armed& armed = Share();
-  armed.call = -1;
-  armed.fired = false;
-  armed.left = nth;
-  armed.call = static_cast<int>(call);
+void Arm(const char* call, int nth) {
+  shared->left = nth;
+  shared->call = call;
 }
 
 bool Disarm() {
-  shared->call = -1;
+  shared->call = nullptr;
   return shared->fired;
 }
 
-Outcome RunWithFault(Call call, int nth, const std::function<std::string()>& scenario) {
+bool HasFired() {
+  return shared->fired;
+}
+
+void Tell(std::string_view text) {
+  if (write(toParent, text.data(), text.size()) < 0) std::_Exit(1);
+}
+
+Outcome RunWithFault(const char* call, int nth, const Scenario& scenario, const Client& client) {
   int result[2], errors[2];
-  Share();
+  Share().fired = false;
+  if (!client) Arm(call, nth);
   if (pipe(result) != 0 || pipe(errors) != 0) std::abort();
   const pid_t child = fork();
-  if (child == 0) RunChild(call, nth, scenario, result[1], errors[1]);
+  if (child == 0) RunChild(scenario, result[1], errors[1]);
   close(result[1]);
   close(errors[1]);
   Outcome outcome;
-  outcome.text = ReadAll(result[0]);
+  if (client) outcome.text = client([&] { Arm(call, nth); });
+  outcome.text += ReadAll(result[0]);
   outcome.errors = ReadAll(errors[0]);
   int status = 0;
   waitpid(child, &status, 0);

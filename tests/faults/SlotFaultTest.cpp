@@ -8,7 +8,6 @@
 
 namespace {
 
-using faults::Call;
 using faults::Case;
 using slots_test::TestFrame;
 using slots_test::VideoFrameSlots;
@@ -55,7 +54,7 @@ std::string ThreeFrames() {
 
 constexpr const char* kNoSegment = ", create share memory failed! ret: ";
 
-class SlotFault : public testing::TestWithParam<Case> {};
+using SlotFault = faults::FaultTest;
 
 TEST_P(SlotFault, CostsAFrameAtMostAndIsReported) {
   faults::ExpectOutcomes(GetParam(), ThreeFrames);
@@ -63,22 +62,15 @@ TEST_P(SlotFault, CostsAFrameAtMostAndIsReported) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, SlotFault,
-    testing::Values(Case{"SegmentOpen",
-                         Call::SegmentOpen,
-                         {std::string("done") + kNoSegment + "100, error message: Too many open files in system"}},
-                    Case{"SegmentReserve",
-                         Call::SegmentReserve,
-                         {std::string("done") + kNoSegment + "100, error message: No space left on device"}},
-                    Case{"SegmentMap",
-                         Call::SegmentMap,
-                         {std::string("done") + kNoSegment + "110, error message: Cannot allocate memory"}},
-                    Case{"SemaphoreOpen", Call::SemaphoreOpen, {"done, SetEvent failed!"}},
-                    Case{"SemaphorePost", Call::SemaphorePost, {"done, SetEvent failed!"}},
-                    Case{"MarkLock", Call::MarkLock, {"done"}},
-                    Case{"Memory",
-                         Call::Memory,
-                         {"done", "done, out of memory", "done, SetEvent failed!", "no memory",
-                          std::string("done") + kNoSegment + "100, error message: Cannot allocate memory"}}),
-    [](const auto& test) { return test.param.name; });
+    testing::Values(
+        Case{"shm_open", {std::string("done") + kNoSegment + "100, error message: Too many open files in system"}},
+        Case{"posix_fallocate", {std::string("done") + kNoSegment + "100, error message: No space left on device"}},
+        Case{"mmap", {std::string("done") + kNoSegment + "110, error message: Cannot allocate memory"}},
+        Case{"sem_open", {"done, SetEvent failed!"}}, Case{"sem_post", {"done, SetEvent failed!"}},
+        Case{"flock", {"done"}},
+        Case{faults::kMemory,
+             {"done", "done, out of memory", "done, SetEvent failed!", "no memory",
+              std::string("done") + kNoSegment + "100, error message: Cannot allocate memory"}}),
+    faults::NameOf);
 
 }  // namespace

@@ -13,11 +13,10 @@
 
 namespace {
 
-using faults::Call;
 using faults::Case;
 using TESSARIN_LUMARC::EngineApi;
 
-class StartFault : public testing::TestWithParam<Case> {};
+using StartFault = faults::FaultTest;
 
 struct Nobody final : TESSARIN_COMMON::IIPCDelegate {
   void OnConnected() override {}
@@ -68,16 +67,16 @@ TEST_P(StartFault, OfAThreadIsToldToTheStarter) {
   faults::ExpectOutcomes(GetParam(), StartThreads);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, StartFault,
-    testing::Values(Case{"ThreadCreate", Call::ThreadCreate, {"no tasks", "no timers", "no server"}},
-                    Case{"ThreadKey", Call::ThreadKey, {"no tasks", "no timers"}},
-                    Case{"Memory", Call::Memory, {"done", "no memory", "no tasks", "no timers", "no server"}}),
-    [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(All, StartFault,
+                         testing::Values(Case{"pthread_create", {"no tasks", "no timers", "no server"}},
+                                         Case{"pthread_key_create", {"no tasks", "no timers"}},
+                                         Case{faults::kMemory,
+                                              {"done", "no memory", "no tasks", "no timers", "no server"}}),
+                         faults::NameOf);
 
 TEST(EngineFault, OfTheLibraryIsALineAndOfASymbolAnEmptyEntry) {
-  faults::ExpectOutcomes({"", Call::LibraryOpen, {"engine library: dlopen:"}}, LoadEngine);
-  faults::ExpectOutcomes({"", Call::LibrarySymbol, {"done", "without an entry"}}, LoadEngine);
+  faults::ExpectOutcomes({"dlopen", {"engine library: dlopen:"}}, LoadEngine);
+  faults::ExpectOutcomes({"dlsym", {"done", "without an entry"}}, LoadEngine);
 }
 
 }  // namespace

@@ -12,7 +12,6 @@
 namespace {
 
 using namespace TESSARIN_COMMON;
-using faults::Call;
 using faults::Case;
 
 // The codes alone: which system error stands behind one is the fault's own.
@@ -81,7 +80,7 @@ int CountDescriptors() {
   return count;
 }
 
-class TransportFault : public testing::TestWithParam<Case> {};
+using TransportFault = faults::FaultTest;
 
 TEST_P(TransportFault, IsReportedAndLeavesNothing) {
   const auto folder = std::filesystem::temp_directory_path() / ("ravo_faults_" + std::to_string(CurrentProcessId()));
@@ -105,23 +104,18 @@ TEST_P(TransportFault, IsReportedAndLeavesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, TransportFault,
-    testing::Values(Case{"Socket", Call::Socket, {"open", "done", "open again"}},
-                    Case{"Bind", Call::Bind, {"open", "open again"}},
-                    Case{"Listen", Call::Listen, {"open", "open again"}},
-                    Case{"ModeOfSocket", Call::ModeOfSocket, {"open", "open again"}},
-                    Case{"Eventfd", Call::Eventfd, {"open -1003", "connect -1003", "open again -1003"}},
-                    Case{"Accept", Call::Accept, {"wait -2002"}}, Case{"Connect", Call::Connect, {"done"}},
-                    Case{"Poll", Call::Poll, {"done"}},
-                    Case{"SendMessage", Call::SendMessage, {"send to the server -1006", "send to the client -2004"}},
-                    Case{"Send", Call::Send, {"half a message to the server", "half a message to the client"}},
-                    Case{"ReceiveMessage",
-                         Call::ReceiveMessage,
+    testing::Values(Case{"socket", {"open", "done", "open again"}}, Case{"bind", {"open", "open again"}},
+                    Case{"listen", {"open", "open again"}}, Case{"fchmod", {"open", "open again"}},
+                    Case{"eventfd", {"open -1003", "connect -1003", "open again -1003"}},
+                    Case{"accept4", {"wait -2002"}}, Case{"connect", {"done"}}, Case{"poll", {"done"}},
+                    Case{"sendmsg", {"send to the server -1006", "send to the client -2004"}},
+                    Case{"send", {"half a message to the server", "half a message to the client"}},
+                    Case{"recvmsg",
                          {"wait to the server -2006", "half a message to the server", "wait to the client -1008",
                           "half a message to the client"}},
-                    Case{"Memory",
-                         Call::Memory,
+                    Case{faults::kMemory,
                          {"no memory", "open", "open -1003", "connect -1003", "send to the server -1006",
                           "send to the client -2004", "open again", "open again -1003"}}),
-    [](const auto& test) { return test.param.name; });
+    faults::NameOf);
 
 }  // namespace
