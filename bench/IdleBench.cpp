@@ -1,34 +1,16 @@
 // What a server costs that nobody talks to.
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <cstdio>
 #include <fstream>
-#include <sstream>
-#include <string>
+#include <thread>
 
-#include "Measure.h"
+#include "Server.h"
+#include "Subjects.h"
+#include "Table.h"
 
 namespace bench {
 
 namespace {
-
-constexpr int kSeconds = 5;
-
-// User and system time of a process, in seconds.
-double CpuSeconds(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  std::string text;
-  std::getline(file, text);
-  std::istringstream fields(text.substr(text.rfind(')') + 2));
-  std::string skip;
-  for (int i = 0; i < 11; ++i) fields >> skip;
-  double user = 0;
-  double system = 0;
-  fields >> user >> system;
-  return (user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
-}
 
 double ResidentMegabytes(pid_t process) {
   std::ifstream file("/proc/" + std::to_string(process) + "/statm");
@@ -40,27 +22,22 @@ double ResidentMegabytes(pid_t process) {
 
 }  // namespace
 
-void IdleSubject() {
-  const TempFolder folder;
-  const std::string program = ProgramFolder() + "/ravo-host";
-  const std::string options = R"({"ipcPath":")" + folder.Path("pipe") + R"(","logPath":")" + folder.Path("log") +
-                              R"(","manuallyDylibPath":")" + ProgramFolder() + R"("})";
-  const pid_t child = fork();
-  if (child == 0) {
-    if (std::freopen("/dev/null", "w", stdout) == nullptr) _exit(1);
-    execl(program.c_str(), program.c_str(), options.c_str(), static_cast<char*>(nullptr));
-    _exit(1);
+void IdleSubject(const std::string& out) {
+  constexpr int kRounds = 5;
+  constexpr std::chrono::seconds kSecond(1);
+  Server server;
+  std::this_thread::sleep_for(kSecond);  // the start is another subject
+  Samples load, resident;
+  for (int round = 0; round < kRounds; ++round) {
+    const double before = server.Process().CpuNanoseconds();
+    const double elapsed = NanosecondsOf([&] { std::this_thread::sleep_for(kSecond); });
+    load.push_back((server.Process().CpuNanoseconds() - before) / elapsed * 100);
+    resident.push_back(ResidentMegabytes(server.Process().Id()));
   }
-  while (access(folder.Path("pipe").c_str(), F_OK) != 0) usleep(1000);
-  sleep(1);
-  const double before = CpuSeconds(child);
-  sleep(kSeconds);
-  const double load = (CpuSeconds(child) - before) / kSeconds * 100;
-  std::printf(
-      "\nIdle server, no client\n%-34s %10.2f %%   (to reach: under 1)\n%-34s %10.1f MB  (to reach: under 20)\n",
-      "share of a core", load, "resident", ResidentMegabytes(child));
-  kill(child, SIGTERM);
-  waitpid(child, nullptr, 0);
+  Table table("idle", "a server without a client", "");
+  table.Add("load", "% of a core", load).limit = AtMost(1);
+  table.Add("memory", "MB resident", resident).limit = AtMost(20);
+  table.Finish(out);
 }
 
 }  // namespace bench

@@ -1,52 +1,51 @@
 #include "Measure.h"
 
-#include <sched.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
+#include <cmath>
+#include <cstddef>
+#include <random>
+#include <utility>
 
 namespace bench {
 
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values.empty() ? 0 : values[values.size() / 2];
+double Quantile(Samples samples, double part) {
+  if (samples.empty()) return 0;
+  const auto at = static_cast<std::size_t>(std::lround(part * static_cast<double>(samples.size() - 1)));
+  std::nth_element(samples.begin(), samples.begin() + static_cast<std::ptrdiff_t>(at), samples.end());
+  return samples[at];
 }
 
-void PrintHead(const std::string& subject, const std::string& ours, const std::string& theirs) {
-  std::printf("\n%s\n%-34s %14s %14s %8s %10s\n", subject.c_str(), "", ours.c_str(), theirs.c_str(), "ratio",
-              "to reach");
+double Ratio(const Samples& ours, const Samples& theirs, int rounds) {
+  const auto medianOf = [rounds](const Samples& all, int round) {
+    const auto each = static_cast<std::ptrdiff_t>(all.size()) / rounds;
+    const auto begin = all.begin() + round * each;
+    return Quantile(Samples(begin, begin + each), 0.5);
+  };
+  Samples ratios;
+  for (int round = 0; round < rounds; ++round) ratios.push_back(medianOf(ours, round) / medianOf(theirs, round));
+  return Quantile(std::move(ratios), 0.5);
 }
 
-void PrintRow(const std::string& name, double ours, double theirs, const std::string& unit, double limit,
-              bool lowerIsBetter) {
-  std::printf("%-34s %10.2f %-3s %10.2f %-3s %8.2f %7s %.2f\n", name.c_str(), ours, unit.c_str(), theirs, unit.c_str(),
-              ours / theirs, lowerIsBetter ? "<=" : ">=", limit);
-}
-
-void PinToOneCore() {
-  cpu_set_t cores;
-  CPU_ZERO(&cores);
-  CPU_SET(0, &cores);
-  sched_setaffinity(0, sizeof cores, &cores);
+std::vector<Samples> Interleave(const std::vector<Side>& sides, int rounds) {
+  std::vector<Samples> samples(sides.size());
+  for (int round = 0; round <= rounds; ++round) {
+    for (std::size_t i = 0; i < sides.size(); ++i) {
+      if (sides[i].round) sides[i].round(samples[i]);
+      if (round == 0) samples[i].clear();
+    }
+  }
+  return samples;
 }
 
 TempFolder::TempFolder() {
-  std::string path = (std::filesystem::temp_directory_path() / "ravo_bench_XXXXXX").string();
-  if (mkdtemp(path.data()) == nullptr) std::abort();
-  path_ = path;
+  std::random_device random;
+  path_ = std::filesystem::temp_directory_path() / ("ravo_bench_" + std::to_string(random()));
+  std::filesystem::create_directory(path_);
 }
 
 TempFolder::~TempFolder() {
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
-}
-
-std::string ProgramFolder() {
-  return std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
 }
 
 }  // namespace bench

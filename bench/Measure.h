@@ -1,15 +1,16 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
+#include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
-// What the benchmarks share. A figure is the ratio of two medians of one run whose rounds were interleaved, so that
-// what disturbs the machine disturbs both sides.
+// What the benchmarks share.
 namespace bench {
 
 using Clock = std::chrono::steady_clock;
+using Samples = std::vector<double>;
 
 template <class Work>
 double NanosecondsOf(Work work) {
@@ -18,34 +19,34 @@ double NanosecondsOf(Work work) {
   return std::chrono::duration<double, std::nano>(Clock::now() - begin).count();
 }
 
-[[nodiscard]] double Median(std::vector<double> values);
+// The sample below which such a part of them lies: 0.5 is the median. 0 of no samples.
+[[nodiscard]] double Quantile(Samples samples, double part);
 
-// One row of a table: ours, theirs, the ratio, and what it has to stay under (or over).
-void PrintHead(const std::string& subject, const std::string& ours, const std::string& theirs);
-void PrintRow(const std::string& name, double ours, double theirs, const std::string& unit, double limit,
-              bool lowerIsBetter = true);
+// One side of a comparison: a round of its work adds its samples. No work: what it needs is not installed.
+struct Side {
+  std::string name;
+  std::function<void(Samples&)> round;
+};
 
-// Keeps the calling thread, and what it starts, on one core.
-void PinToOneCore();
+// Runs the sides in turns, A, B, C, A, B, C: what disturbs the machine disturbs all of them. The first round warms up
+// and is not counted.
+[[nodiscard]] std::vector<Samples> Interleave(const std::vector<Side>& sides, int rounds);
 
-// A folder that goes away with the object, and the folder of the program.
+// Our cost by theirs: the median of what it is in each round, since what disturbs the machine lasts longer than a
+// round. Each round has added as many samples as any other of its side.
+[[nodiscard]] double Ratio(const Samples& ours, const Samples& theirs, int rounds);
+
+// A folder that goes away with the object.
 class TempFolder {
  public:
   TempFolder();
   ~TempFolder();
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
-  [[nodiscard]] std::string Path(const std::string& name) const { return path_ + "/" + name; }
+  [[nodiscard]] std::string Path(const std::string& name) const { return (path_ / name).string(); }
 
  private:
-  std::string path_;
+  std::filesystem::path path_;
 };
-[[nodiscard]] std::string ProgramFolder();
-
-// The subjects. Each prints its table.
-void FrameSubject();
-void RequestSubject();
-void TaskSubject();
-void IdleSubject();
 
 }  // namespace bench

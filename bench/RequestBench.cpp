@@ -1,155 +1,103 @@
-// A request through pipe, dispatch, handler, log and reply of a real server process, against a bare blocking echo of
-// the same bytes over the same kind of link. Both on one core.
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <string>
+// Requests through pipe, dispatch, handler, log and reply of a server process, and the same bytes through an echo.
+#include <deque>
+#include <memory>
+#include <optional>
 #include <vector>
 
+#include "Link.h"
 #include "Measure.h"
+#include "Server.h"
+#include "Subjects.h"
+#include "Table.h"
 
 namespace bench {
 
 namespace {
 
 constexpr int kRounds = 15;
-constexpr int kEach = 1000;
+constexpr int kTripsARound = 500;
+constexpr int kFlightsARound = 4000;
 
-[[noreturn]] void Die(const char* what) {
-  std::perror(what);
-  _exit(1);
-}
+struct Size {
+  const char* name;
+  std::size_t bytes;
+};
+constexpr Size kSmall{"300 bytes", 300};
+constexpr Size kLarge{"2 KB", 2048};
 
-sockaddr_un Address(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-  return address;
-}
-
-// A client that does nothing but send and receive frames, blocking.
-class Link {
+// The server and all peers, each in a process of its own, and a client of each.
+class Contest {
  public:
-  explicit Link(const std::string& path) : socket_(socket(AF_UNIX, SOCK_STREAM, 0)) {
-    const sockaddr_un address = Address(path);
-    for (int i = 0; i < 500; ++i) {
-      if (connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return;
-      usleep(10000);
+  Contest() {
+    int number = 0;
+    std::vector<std::string> paths;
+    for (const EchoPeer& peer : EchoPeers()) {  // clients may start threads, so all processes come first
+      paths.push_back(folder_.Path("peer" + std::to_string(number++)));
+      if (peer.serve != nullptr) servers_.emplace_back([&] { peer.serve(paths.back()); });
     }
-    Die("connect");
+    auto ours = std::make_unique<Link>(server_.Pipe());
+    ours->ReceiveWith("\"INIT\"");
+    names_.emplace_back("ravo");
+    clients_.push_back(std::move(ours));
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+      names_.emplace_back(EchoPeers()[i].name);
+      clients_.push_back(EchoPeers()[i].connect != nullptr ? EchoPeers()[i].connect(paths[i]) : nullptr);
+    }
   }
-  ~Link() { close(socket_); }
-  Link(const Link&) = delete;
-  Link& operator=(const Link&) = delete;
 
-  void Send(const std::string& frame) {
-    if (send(socket_, frame.data(), frame.size(), 0) != static_cast<ssize_t>(frame.size())) Die("send");
-  }
-  // One frame; in the usual case all of it comes at once.
-  void Receive() {
-    std::uint32_t length = 0;
-    while (have_ < sizeof length) Fill();
-    std::memcpy(&length, buffer_.data(), sizeof length);
-    while (have_ < sizeof length + length) Fill();
-    have_ -= sizeof length + length;
-    std::memmove(buffer_.data(), buffer_.data() + sizeof length + length, have_);
-  }
-  void RoundTrip(const std::string& frame) {
-    Send(frame);
-    Receive();
+  // A side for each: the work is given the client and the samples.
+  template <class Work>
+  [[nodiscard]] std::vector<Side> Sides(Work work) const {
+    std::vector<Side> sides;
+    for (std::size_t i = 0; i < clients_.size(); ++i) {
+      EchoClient* const client = clients_[i].get();
+      sides.push_back({names_[i], nullptr});
+      if (client != nullptr) sides.back().round = [=](Samples& samples) { work(*client, samples); };
+    }
+    return sides;
   }
 
  private:
-  void Fill() {
-    const ssize_t got = recv(socket_, buffer_.data() + have_, buffer_.size() - have_, 0);
-    if (got <= 0) Die("recv");
-    have_ += static_cast<std::size_t>(got);
-  }
-
-  int socket_;
-  std::size_t have_ = 0;
-  std::vector<char> buffer_ = std::vector<char>(1 << 20);
+  const TempFolder folder_;
+  Server server_;
+  std::deque<Child> servers_;
+  std::vector<std::string> names_;
+  std::vector<std::unique_ptr<EchoClient>> clients_;
 };
-
-[[noreturn]] void Echo(const std::string& path) {
-  const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
-  const sockaddr_un address = Address(path);
-  if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 || listen(listener, 1) != 0) {
-    Die("bind");
-  }
-  const int peer = accept(listener, nullptr, nullptr);
-  std::vector<char> buffer(1 << 16);
-  for (;;) {
-    const ssize_t got = recv(peer, buffer.data(), buffer.size(), 0);
-    if (got <= 0) _exit(0);
-    if (send(peer, buffer.data(), static_cast<std::size_t>(got), 0) != got) _exit(0);
-  }
-}
-
-pid_t StartServer(const TempFolder& folder) {
-  const std::string program = ProgramFolder() + "/ravo-host";
-  const std::string options = R"({"ipcPath":")" + folder.Path("pipe") + R"(","logPath":")" + folder.Path("log") +
-                              R"(","manuallyDylibPath":")" + ProgramFolder() + R"("})";
-  const pid_t child = fork();
-  if (child != 0) return child;
-  if (std::freopen("/dev/null", "w", stdout) == nullptr) _exit(1);
-  execl(program.c_str(), program.c_str(), options.c_str(), static_cast<char*>(nullptr));
-  Die(program.c_str());
-}
-
-// A request whose body has so many bytes.
-std::string RequestOf(std::size_t bodyBytes) {
-  const std::string head = R"({"method_name":{"module_name":"","content_type":"JSON","message_type":"CALL",)"
-                           R"("message_key":"get_subscribe_status","context_id":")";
-  const std::string tail = R"(","taskId":1},"content":"[]"})";
-  const std::string body = head + std::string(bodyBytes - head.size() - tail.size(), 'x') + tail;
-  const auto length = static_cast<std::uint32_t>(body.size());
-  return std::string(reinterpret_cast<const char*>(&length), sizeof length) + body;
-}
-
-double RoundOf(Link& link, const std::string& frame) {
-  std::vector<double> times;
-  for (int i = 0; i < kEach; ++i) times.push_back(NanosecondsOf([&] { link.RoundTrip(frame); }) / 1000);
-  return Median(times);
-}
 
 }  // namespace
 
-void RequestSubject() {
-  const TempFolder folder;
-  PinToOneCore();
-  const pid_t server = StartServer(folder);
-  const pid_t echo = fork();
-  if (echo == 0) Echo(folder.Path("echo"));
-  {
-    Link ours(folder.Path("pipe"));
-    Link theirs(folder.Path("echo"));
-    for (int i = 0; i < 2; ++i) ours.Receive();  // "connect" and "INIT"
-    PrintHead("Request: get_subscribe_status and its reply, against a bare echo", "server", "echo");
-    const struct {
-      const char* name;
-      std::size_t bytes;
-      double limit;
-    } sizes[] = {{"300 bytes", 300, 2.5}, {"2 KB", 2048, 3.0}};
-    for (const auto& size : sizes) {
-      const std::string frame = RequestOf(size.bytes);
-      std::vector<double> a, b;
-      for (int round = 0; round < kRounds; ++round) {
-        a.push_back(RoundOf(ours, frame));
-        b.push_back(RoundOf(theirs, frame));
+void RequestSubject(const std::string& out) {
+  const Contest contest;
+  Table table("request", "get_subscribe_status and its reply, all included; an echo of the same bytes", "us");
+  const auto compare = [&](const Size& size, double ofBareEcho) {
+    const std::string frame = RequestFrame("get_subscribe_status", "[]", size.bytes);
+    const auto work = [&](EchoClient& client, Samples& samples) {
+      for (int i = 0; i < kTripsARound; ++i) {
+        samples.push_back(NanosecondsOf([&] { client.RoundTrip(frame); }) / 1000);
       }
-      PrintRow(size.name, Median(a), Median(b), "us", size.limit);
-    }
-  }
-  waitpid(server, nullptr, 0);
-  waitpid(echo, nullptr, 0);
+    };
+    table.Compare(size.name, contest.Sides(work), {{}, AtMost(ofBareEcho), AtMost(0.5), AtMost(0.5), {}, {}}, kRounds);
+  };
+  compare(kSmall, 2.1);
+  compare(kLarge, 2.5);
+  table.Finish(out);
+}
+
+void InFlightSubject(const std::string& out) {
+  const Contest contest;
+  Table table("inflight", "32 requests in flight; an echo of the same bytes", "requests/s", Table::Better::Higher);
+  const auto compare = [&](const Size& size, std::optional<Limit> limit) {
+    const std::string frame = RequestFrame("get_subscribe_status", "[]", size.bytes);
+    const auto work = [&](EchoClient& client, Samples& samples) {
+      const double nanoseconds = NanosecondsOf([&] { client.Flight(frame, kFlightsARound); });
+      samples.push_back(kFlightsARound / nanoseconds * 1e9);
+    };
+    table.Compare(size.name, contest.Sides(work), {limit, {}, {}, {}, {}, {}}, kRounds);
+  };
+  compare(kSmall, AtLeast(100'000));
+  compare(kLarge, {});
+  table.Finish(out);
 }
 
 }  // namespace bench

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "peers/EchoPeer.h"
+
+namespace bench {
+
+// Listens under that path and waits for a client; its end of the connection. `flags`: as of accept4.
+[[nodiscard]] int AcceptOne(const std::string& path, int flags = 0);
+
+// A client of the server that does nothing but send and receive messages, blocking, one system call each. Belongs to
+// one thread.
+class Link final : public EchoClient {
+ public:
+  // Tries until somebody listens.
+  explicit Link(const std::string& path);
+  ~Link() override;
+  Link(const Link&) = delete;
+  Link& operator=(const Link&) = delete;
+
+  void Send(std::string_view frames);
+  // The body of the next message. Good until the next call.
+  std::string_view Receive();
+  // The same, past all messages that do not hold the word.
+  std::string_view ReceiveWith(std::string_view word);
+  // Whether Receive would not wait.
+  [[nodiscard]] bool HasWhole() const;
+
+  void RoundTrip(const std::string& frame) override;
+  void Flight(const std::string& frame, int count) override;
+
+ private:
+  void Fill();
+
+  int socket_;
+  std::vector<char> buffer_ = std::vector<char>(1 << 20);
+  std::size_t begin_ = 0;
+  std::size_t end_ = 0;
+};
+
+// A request as it stands on the pipe; `content` is a JSON array. Its body has at least so many bytes.
+[[nodiscard]] std::string RequestFrame(const std::string& key, const std::string& content, std::size_t bodyBytes = 0);
+
+}  // namespace bench
