@@ -71,8 +71,9 @@ std::string Compact(const std::string& json) {
 std::string MemberText(const std::string& json, const char* name) {
   rapidjson::Document document;
   if (document.Parse(json.c_str()).HasParseError() || !document.IsObject()) return "null";
-  const auto member = document.FindMember(name);
-  return member == document.MemberEnd() ? "null" : TextOf(member->value);
+  const rapidjson::Value& object = document;
+  const auto member = object.FindMember(name);
+  return member == object.MemberEnd() ? "null" : TextOf(member->value);
 }
 
 std::string ReadableEvent(const client::Event& event) {
