@@ -14,11 +14,16 @@ constexpr std::size_t kChunkTasks = 64;
 
 void TaskBatch::Append(const Location& location, std::int64_t postMs, Task::Closure&& closure, Task::Event&& done) {
   static std::atomic<std::uint64_t> nextId{0};  // shared by all runners
+  if (count_ % kChunkTasks == 0) BeginChunk();
+  const std::uint64_t id = nextId.fetch_add(1, std::memory_order_relaxed);
+  last_->emplace_back(id, location, postMs, std::move(closure), std::move(done));
+  ++count_;
+}
+
+void TaskBatch::BeginChunk() {
   const std::size_t chunk = count_ / kChunkTasks;
   if (chunk == chunks_.size()) chunks_.emplace_back().reserve(kChunkTasks);
-  const std::uint64_t id = nextId.fetch_add(1, std::memory_order_relaxed);
-  chunks_[chunk].emplace_back(id, location, postMs, std::move(closure), std::move(done));
-  ++count_;
+  last_ = &chunks_[chunk];
 }
 
 void TaskBatch::Clear() {
@@ -32,6 +37,7 @@ void TaskBatch::Clear() {
 void TaskBatch::Swap(TaskBatch& other) {
   chunks_.swap(other.chunks_);
   std::swap(count_, other.count_);
+  std::swap(last_, other.last_);
 }
 
 // What the lock guards takes less time than a sleep, so a thread that finds it taken looks again some times, ever less

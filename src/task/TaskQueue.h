@@ -50,7 +50,10 @@ class TaskBatch {
   }
 
  private:
+  void BeginChunk();
+
   std::vector<std::vector<Task>> chunks_;
+  std::vector<Task>* last_ = nullptr;  // takes the next task
   std::size_t count_ = 0;
 };
 

@@ -57,7 +57,7 @@ class TaskRunner : public Runnable {
   void RunBatch(TaskBatch& batch);
   std::int64_t RunTask(Task& task, std::int64_t startMs);
   void SetCurrentKind(std::int32_t kind);
-  void CheckBudgets(const Task& task, std::int64_t startMs, std::int64_t endMs) const;
+  void LogBudgets(const Task& task, std::int64_t startMs, std::int64_t endMs) const;
   [[nodiscard]] const char* Name() const;
 
   const std::unique_ptr<ThreadLocalSlot> slot_;

@@ -20,7 +20,7 @@ std::uint32_t CurrentThreadId() {
 std::int64_t WallTickMs() {
   timespec now{};
   clock_gettime(CLOCK_REALTIME_COARSE, &now);
-  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+  return std::int64_t{now.tv_sec} * 1000 + static_cast<std::uint32_t>(now.tv_nsec) / 1'000'000u;
 }
 
 int LastSystemError() {
