@@ -36,6 +36,7 @@ DeviceInfo InfoOf(const Device& device) {
 
 std::vector<DeviceInfo> InfosOf(const std::vector<Device>& devices) {
   std::vector<DeviceInfo> infos;
+  infos.reserve(devices.size());
   for (const auto& device : devices) infos.push_back(InfoOf(device));
   return infos;
 }

@@ -9,7 +9,6 @@
 
 #include "ipc/IPCData.h"
 #include "ipc/IPCServer.h"
-#include "support/LogCapture.h"
 #include "support/PipeName.h"
 
 namespace client_test {
@@ -28,15 +27,11 @@ class ScriptedServer : private TESSARIN_COMMON::IIPCDelegate {
   // Without a script requests are only kept.
   explicit ScriptedServer(Script script = [](ScriptedServer&, const Request&) {}) : script_(std::move(script)) {
     server_.SetDelegate(this);
-    started_ = server_.Start();
+    server_.Start();
   }
-  ~ScriptedServer() override { Stop(); }
 
   [[nodiscard]] const std::string& Name() const { return name_; }
-  void Stop() {
-    if (started_) server_.Stop();
-    started_ = false;
-  }
+  void Stop() { server_.Stop(); }
 
   void Answer(const Request& request, const std::string& content,
               const char* type = TESSARIN_COMMON::kMessageCallResponse) {
@@ -60,10 +55,8 @@ class ScriptedServer : private TESSARIN_COMMON::IIPCDelegate {
 
  private:
   void OnConnected() override {
-    {
-      const std::lock_guard lock(mutex_);
-      connected_ = true;
-    }
+    const std::lock_guard lock(mutex_);
+    connected_ = true;
     changed_.notify_all();
   }
   void OnDisconnect() override {}
@@ -88,14 +81,12 @@ class ScriptedServer : private TESSARIN_COMMON::IIPCDelegate {
     server_.Send(text.data(), static_cast<std::uint32_t>(text.size()));
   }
 
-  const support::LogCapture log_;  // takes the endpoints' lines
   const std::string name_ = support::UniquePipeName();
   const Script script_;
   std::mutex mutex_;  // guards connected_ and requests_
   std::condition_variable changed_;
   bool connected_ = false;
   std::vector<std::string> requests_;
-  bool started_ = false;
   TESSARIN_COMMON::IPCServer server_{name_};
 };
 

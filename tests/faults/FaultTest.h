@@ -15,6 +15,7 @@ namespace faults {
 struct Case {
   const char* call;
   std::vector<std::string> outcomes;
+  bool haveAllToCome = true;  // false where the threads of the scenario race for the call
 };
 
 inline void PrintTo(const Case& fault, std::ostream* out) {
@@ -27,8 +28,8 @@ inline std::string NameOf(const testing::TestParamInfo<Case>& test) {
   return test.param.call;
 }
 
-// Fails each use of the call in turn, until none is left, and looks at what came of it. Every stated outcome has to
-// come up, and no other; without a fault it is "done".
+// Fails each use of the call in turn, until none is left, and looks at what came of it. No outcome but the stated ones
+// may come, and as a rule each of them has to; without a fault it is "done".
 inline void ExpectOutcomes(const Case& fault, const Scenario& scenario, const Client& client = {}) {
   constexpr int kMost = 2000;
   std::set<std::string> seen;
@@ -37,7 +38,7 @@ inline void ExpectOutcomes(const Case& fault, const Scenario& scenario, const Cl
     if (!outcome.fired) {
       EXPECT_EQ(outcome.text, "done") << outcome.errors;
       EXPECT_GT(nth, 1) << "the scenario makes no such call";
-      EXPECT_THAT(seen, testing::UnorderedElementsAreArray(fault.outcomes));
+      if (fault.haveAllToCome) EXPECT_THAT(seen, testing::UnorderedElementsAreArray(fault.outcomes));
       return;
     }
     EXPECT_THAT(fault.outcomes, testing::Contains(outcome.text)) << "call " << nth << '\n' << outcome.errors;

@@ -1,45 +1,15 @@
-// Clients that break the protocol, stop in the middle, or do not read.
+// Clients that break the protocol, stop in the middle, or do not read. One that sends what cannot be read has lost its
+// way: the server says so in its log and is gone.
 #include "RawLink.h"
 #include "ServerTest.h"
 
 namespace integration {
 namespace {
 
-using namespace std::string_literals;
-
 class HostileClientTest : public ServerTest {
  protected:
-  void SetUp() override {
-    StartServer();
-    ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
-  }
+  void SetUp() override { ASSERT_NO_FATAL_FAILURE(StartServer()); }
 };
-
-struct BadFrame {
-  const char* name;
-  std::string bytes;
-};
-
-void PrintTo(const BadFrame& frame, std::ostream* out) {
-  *out << frame.name;
-}
-
-class BadFrameTest : public HostileClientTest, public testing::WithParamInterface<BadFrame> {};
-
-TEST_P(BadFrameTest, DoesNotOutliveItsClient) {
-  RawLink link(server_->Pipe());
-  ASSERT_TRUE(link.Connected());
-  EXPECT_TRUE(link.Receive());
-  EXPECT_TRUE(link.Receive());
-  EXPECT_TRUE(link.Send(GetParam().bytes));
-  link.Close();
-}
-
-INSTANTIATE_TEST_SUITE_P(All, BadFrameTest,
-                         testing::Values(BadFrame{"HalfALength", "\x10\x00"s},
-                                         BadFrame{"HalfABody", RawLink::Framed("{\"content\":\"[]\"}").substr(0, 9)},
-                                         BadFrame{"TheLargestLength", "\xff\xff\xff\xff{}"s}),
-                         [](const auto& test) { return test.param.name; });
 
 TEST_F(HostileClientTest, AnEmptyMessageEndsTheSession) {
   RawLink link(server_->Pipe());
@@ -89,6 +59,43 @@ TEST_F(HostileClientTest, AClientThatDoesNotReadIsServedWithinABound) {
     last = body->find(R"("taskId":3)") != std::string::npos;
   }
   link.Close();
+}
+
+TEST(FatalTest, ARequestThatCannotBeReadEndsTheServerWithALineInTheLogAndNoReply) {
+  const struct {
+    std::string body;
+    const char* logLine;
+  } cases[] = {
+      {"no JSON", "[handleIpcData]: parse IPCData error exception:Parse json string fail. err=Invalid value."},
+      {"[]", "[handleIpcData]: parse IPCData error exception:not object"},
+      {R"({"method_name":{"message_key":"connect","taskId":1.5},"content":"[]"})",
+       "[handleIpcData]: parse IPCData error exception:data_.f.flags & kInt64Flag"},
+      {RawLink::Request("connect", "no JSON", 5), "handleIpcData recv msgType:Connect,taskId:5,content:no JSON"},
+      {RawLink::Request("connect", "", 6), "handleIpcData recv msgType:Connect,taskId:6,content:"},
+      {RawLink::Request("set_fps", "[1.5]", 7),
+       "[handleIpcData]: 7 of SetFps cannot be handled, the process ends: data_.f.flags & kInt64Flag"},
+      {RawLink::Request("set_aec_option", "9223372036854775808", 8),
+       "[handleIpcData]: 8 of SetAecOption cannot be handled, the process ends: data_.f.flags & kInt64Flag"},
+      {RawLink::Request("set_sub_channels", R"([[{"channelName":5}]])", 9),
+       "[handleIpcData]: 9 of SetSubChannels cannot be handled, the process ends: type unmatch[[0].channelName]"},
+      {RawLink::Request("add_ignore_window", R"([{"windowHandle":5},1])", 10),
+       "parse obj error: IsObject()[ignoreType],AddIgnoreWindow,10"},
+      {RawLink::Request("set_video_output_mode", R"([[{"isScreen":"x"}]])", 11),
+       "the process ends: wish bool, but not bool or int[[0].isScreen]"}};
+  for (const auto& [body, logLine] : cases) {
+    SCOPED_TRACE(body);
+    ServerProcess server("", "");
+    ASSERT_TRUE(server.WaitForCalls("SetRtcRuntimeParameter", 1)) << server.Host().Err();
+    RawLink link(server.Pipe());
+    ASSERT_TRUE(link.Connected());
+    EXPECT_TRUE(link.Send(RawLink::Framed(body)));
+
+    EXPECT_EQ(link.ReceiveReply().value_or("closed"), "closed");
+    const auto code = server.Host().Wait();
+    ASSERT_TRUE(code) << "still there";
+    EXPECT_NE(*code, 0);
+    EXPECT_FALSE(server.LogLines(logLine).empty());
+  }
 }
 
 }  // namespace

@@ -12,34 +12,26 @@ using ravo::client::Frame;
 using ravo::client::FrameReader;
 using testing::IsEmpty;
 
-namespace {
-
-SlotUpdate ParseUpdate(const std::string& content) {
-  SlotUpdate update;
-  TESSARIN_COMMON::JsonNode arguments(content);
-  arguments[0].Get("", update.operation);
-  arguments[1].Get("", update.slots);
-  return update;
-}
-
-}  // namespace
-
 void ServerTest::StartServer(const std::string& params, const std::string& options) {
   server_ = std::make_unique<ServerProcess>(params, options);
+  ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
 }
 
 void ServerTest::Connect(Acks acks) {
-  ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
   session_ = std::make_unique<ravo::client::Session>(server_->Pipe());
   if (acks == Acks::ByTracker) tracker_ = std::make_unique<ravo::client::SlotTracker>(*session_);
   ASSERT_TRUE(session_->Connect(std::chrono::seconds(30)));
   Expect("connect");
-  Expect("INIT");
+  init_ = Expect("INIT");
+}
+
+void ServerTest::Begin(const std::string& params, const std::string& options, Acks acks) {
+  ASSERT_NO_FATAL_FAILURE(StartServer(params, options));
+  ASSERT_NO_FATAL_FAILURE(Connect(acks));
 }
 
 void ServerTest::JoinRoomOf(const std::string& participants, Acks acks) {
-  StartServer(R"("sim.room":{"participants":[)" + participants + "]}");
-  ASSERT_NO_FATAL_FAILURE(Connect(acks));
+  ASSERT_NO_FATAL_FAILURE(Begin(R"("sim.room":{"participants":[)" + participants + "]}", "", acks));
   EXPECT_EQ(Call("JoinMeeting", R"(["token","room","me",""])"), "0");
   Expect("JOIN_CHANNEL_SUCCESS");
 }
@@ -72,7 +64,10 @@ std::vector<Event> ServerTest::EventsUpTo(const std::string& key) {
 
 SlotUpdate ServerTest::NextUpdate(const std::string& sid) {
   while (const auto event = session_->WaitEvent("SHARE_MEMORY_UPDATE", kBound)) {
-    SlotUpdate update = ParseUpdate(event->content);
+    SlotUpdate update;
+    TESSARIN_COMMON::JsonNode arguments(event->content);
+    arguments[0].Get("", update.operation);
+    arguments[1].Get("", update.slots);
     if (update.slots.size() == 1 && update.slots[0].sid == sid) return update;
   }
   ADD_FAILURE() << "no announcement of " << sid;

@@ -27,12 +27,13 @@ class ServerTest : public testing::Test {
  protected:
   enum class Acks { ByTracker, ByTest };
 
-  // Members of the engine's parameter text, and of the options: JSON without the braces.
+  // Starts the server to the end. Members of the engine's parameter text, and of the options: JSON without the braces.
   void StartServer(const std::string& params = "", const std::string& options = "");
-  // Connects, once the server has started to the end, and takes the first two events. The tracker answers the end of
-  // slots by itself.
+  // Connects, and takes the first two events. The tracker answers the end of slots by itself.
   void Connect(Acks acks = Acks::ByTracker);
-  // Both, with a room of these participants, and joins it as "me".
+  // Both.
+  void Begin(const std::string& params = "", const std::string& options = "", Acks acks = Acks::ByTracker);
+  // The same with a room of these participants, and joins it as "me".
   void JoinRoomOf(const std::string& participants, Acks acks = Acks::ByTracker);
 
   // The reply's content. Anything but an answer in time fails the test.
@@ -61,6 +62,7 @@ class ServerTest : public testing::Test {
   std::unique_ptr<ServerProcess> server_;
   std::unique_ptr<ravo::client::Session> session_;
   std::unique_ptr<ravo::client::SlotTracker> tracker_;
+  std::string init_;  // what the second event told
 };
 
 }  // namespace integration

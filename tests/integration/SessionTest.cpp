@@ -1,18 +1,22 @@
-// What passes between a server and a client that behaves, to the letter where the letter counts.
+// What passes between a server and a client that behaves, to the letter where the letter counts, and the server's own
+// requests.
 #include "RawLink.h"
 #include "ServerTest.h"
 
 namespace integration {
 namespace {
 
+using ravo::client::Frame;
+using ravo::client::FrameReader;
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::SizeIs;
 
 class SessionTest : public ServerTest {
  protected:
   // A raw session instead of the client's.
-  void ConnectRaw(const std::string& params = "") {
-    StartServer(params);
-    ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
+  void ConnectRaw() {
+    ASSERT_NO_FATAL_FAILURE(StartServer());
     link_ = std::make_unique<RawLink>(server_->Pipe());
     ASSERT_TRUE(link_->Connected());
   }
@@ -34,13 +38,19 @@ std::string EventText(const std::string& key, const std::string& content) {
          R"(","context_id":"","taskId":0},"content":)" + Quoted(content) + "}";
 }
 
-TEST_F(SessionTest, BeginsWithConnectAndInit) {
+TEST_F(SessionTest, BeginsWithConnectAndInitAndPassesTheEnginesEventsOn) {
   ASSERT_NO_FATAL_FAILURE(ConnectRaw());
   EXPECT_EQ(Receive(), EventText("connect", R"(["vc"])"));
   std::string init = Receive();
   if (init == EventText("RTC_SDK_INIT", "[]")) init = Receive();  // the engine may be the quicker one
   EXPECT_THAT(init, HasSubstr(R"("message_type":"EVENT","message_key":"INIT","context_id":"","taskId":0},)"
                               R"("content":"[{\"serverState\":{\"myUid\":\"\",)"));
+  const std::string params = R"({"sim.fire":[{"entry":"OnVolumeChange","args":[5,true,false]}]})";
+  EXPECT_TRUE(link_->Send(
+      RawLink::Framed(RawLink::Request("update_server_option", R"({"rtcParams":)" + Quoted(params) + "}", 1))));
+  std::string event = Receive();
+  while (event != "nothing" && event.find("ON_VOLUME_CHANGE") == std::string::npos) event = Receive();
+  EXPECT_EQ(event, EventText("ON_VOLUME_CHANGE", "[5, true, false]"));
 }
 
 TEST_F(SessionTest, AnswersOnTheRequestsOwnEnvelope) {
@@ -65,75 +75,98 @@ TEST_F(SessionTest, AnswersOnTheRequestsOwnEnvelope) {
       {R"({"method_name":{"message_type":"EVENT","message_key":"connect"},"content":"[]"})",
        R"({"method_name":{"module_name":"","content_type":"","message_type":"CALL_RESPONSE",)"
        R"("message_key":"Connect","context_id":"","taskId":0},"content":"null"})"},
+      // Of a request for thumbnails only its number lives on.
+      {RawLink::Request("get_window_thumbnail", "[{}]", 7, R"("module_name":"m","context_id":"x",)"),
+       R"({"method_name":{"module_name":"","content_type":"JSON","message_type":"CALL_RESPONSE",)"
+       R"("message_key":"","context_id":"","taskId":7},"content":)" +
+           Quoted(R"([{"id":101,"val":"sim-thumbnail:101:0x0"},{"id":102,"val":"sim-thumbnail:102:0x0"}])") + "}"},
   };
   ASSERT_NO_FATAL_FAILURE(ConnectRaw());
   for (const auto& exchange : cases) EXPECT_EQ(Ask(exchange.request), exchange.reply);
 }
 
-// Of the request only its number lives on.
-TEST_F(SessionTest, AnswersThumbnailsOnAnEnvelopeOfItsOwn) {
-  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
-  EXPECT_EQ(Ask(RawLink::Request("get_window_thumbnail", "[{}]", 7, R"("module_name":"m","context_id":"x",)")),
-            R"({"method_name":{"module_name":"","content_type":"JSON","message_type":"CALL_RESPONSE",)"
-            R"("message_key":"","context_id":"","taskId":7},"content":)" +
-                Quoted(R"([{"id":101,"val":"sim-thumbnail:101:0x0"},{"id":102,"val":"sim-thumbnail:102:0x0"}])") + "}");
-}
-
-TEST_F(SessionTest, PassesAnEngineEventOnToTheLetter) {
-  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
-  const std::string params = R"({"sim.fire":[{"entry":"OnVolumeChange","args":[5,true,false]}]})";
-  EXPECT_TRUE(link_->Send(
-      RawLink::Framed(RawLink::Request("update_server_option", R"({"rtcParams":)" + Quoted(params) + "}", 1))));
-  std::string event = Receive();
-  while (event != "nothing" && event.find("ON_VOLUME_CHANGE") == std::string::npos) event = Receive();
-  EXPECT_EQ(event, EventText("ON_VOLUME_CHANGE", "[5, true, false]"));
-}
-
-TEST_F(SessionTest, AnswersPipelinedRequestsInOrder) {
-  constexpr int kRequests = 32;
-  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
-  std::string all;
-  for (int i = 1; i <= kRequests; ++i) all += RawLink::Framed(RawLink::Request("get_subscribe_status", "[]", i));
-  ASSERT_TRUE(link_->Send(all));
-  for (int i = 1; i <= kRequests; ++i) {
-    EXPECT_THAT(link_->ReceiveReply().value_or("nothing"),
-                HasSubstr(R"("taskId":)" + std::to_string(i) + R"(},"content":"{\"maxSubscribingNumber\":10,)"));
-  }
-}
-
-TEST_F(SessionTest, PassesBodiesOfSeveralMegabytes) {
-  ASSERT_NO_FATAL_FAILURE(ConnectRaw());
-  for (const std::size_t size : {70'000u, 5'000'000u}) {
-    std::string text(size, ' ');
-    for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char>('a' + i * i % 26);
-    const std::string reply = Ask(RawLink::Request("connect", "[]", 1, R"("context_id":")" + text + "\","));
-    const std::string expected = R"({"method_name":{"module_name":"","content_type":"","message_type":"CALL_RESPONSE",)"
-                                 R"("message_key":"Connect","context_id":")" +
-                                 text + R"(","taskId":1},"content":"null"})";
-    EXPECT_TRUE(reply == expected) << reply.size() << " bytes";
-  }
-}
-
 TEST_F(SessionTest, TellsTheSameInformationWheneverItIsAsked) {
-  StartServer("", R"("serverName":"Nero")");
-  ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1));
-  session_ = std::make_unique<ravo::client::Session>(server_->Pipe());
-  ASSERT_TRUE(session_->Connect(std::chrono::seconds(30)));
-  Expect("connect");
-  const std::string init = Expect("INIT");
-  EXPECT_EQ(init, "[" + Call("get_init_info") + "]");
-  EXPECT_EQ(init, "[" + Call("ForceBroadcastInit") + "]");
+  ASSERT_NO_FATAL_FAILURE(Begin("", R"("serverName":"Nero")"));
+  EXPECT_EQ(init_, "[" + Call("get_init_info") + "]");
+  EXPECT_EQ(init_, "[" + Call("ForceBroadcastInit") + "]");
   EXPECT_FALSE(HasCome("INIT"));
-  EXPECT_THAT(init, HasSubstr(R"("roomId":"","serverName":"Nero",)"));
+  EXPECT_THAT(init_, HasSubstr(R"("roomId":"","serverName":"Nero",)"));
   EXPECT_THAT(Call("FetchServerState"), HasSubstr(R"("roomId":"","serverName":"",)"));
 }
 
 TEST_F(SessionTest, LetsNobodyElseInWhileAClientIsThere) {
-  StartServer();
-  ASSERT_NO_FATAL_FAILURE(Connect());
+  ASSERT_NO_FATAL_FAILURE(Begin());
   ravo::client::Session second(server_->Pipe());
   EXPECT_FALSE(second.Connect(std::chrono::seconds(0)));
   EXPECT_EQ(Call("Connect"), "null");
+}
+
+class RequestTest : public ServerTest {};
+
+TEST_F(RequestTest, MonitorAddProcessTakesTheListAsContentAndAsArgument) {
+  ASSERT_NO_FATAL_FAILURE(Begin());
+  EXPECT_EQ(Call("MonitorAddProcess", R"([{"pid":11,"pname":"one"},{"pid":12,"pname":"two","no_report":true}])"),
+            "null");
+  EXPECT_EQ(Call("MonitorAddProcess", R"([[{"pid":13,"pname":"three"}]])"), "null");
+  EXPECT_TRUE(server_->WaitForLog("[AddMonitorInfo] pid:12, pname:two"));
+  EXPECT_TRUE(server_->WaitForLog("[AddMonitorInfo] pid:13, pname:three"));
+  EXPECT_THAT(server_->LogLines("RavoManager::MonitorAddProcess size:2"), SizeIs(1));
+}
+
+TEST_F(RequestTest, SetFpsReplacesTheFrameTick) {
+  ASSERT_NO_FATAL_FAILURE(JoinRoomOf(R"({"userId":"ann"})"));
+  Expect("STREAM_ADDED");
+  Subscribe("ann_0");
+  ReadFrame("ann_0");
+  // No timer takes the interval that 2000 gives: the tick has gone, and with it the leave to write another frame.
+  EXPECT_EQ(Call("SetFps", "[2000]"), "null");
+  Frame last;
+  while (tracker_->Read("ann_0", last, std::chrono::seconds(1)) == FrameReader::Outcome::Frame) {
+  }
+  EXPECT_EQ(Call("SetFps", "[-1]"), "null");
+  EXPECT_EQ(Call("SetFps", "[100]"), "null");
+  EXPECT_EQ(ReadFrame("ann_0").counter, last.counter + 1);
+  ReadFrame("ann_0");
+  EXPECT_THAT(server_->Calls("SetFps"), ElementsAre("2000", "-1", "100"));
+}
+
+TEST_F(RequestTest, ReportsARequestThatHeldUpTheOthers) {
+  ASSERT_NO_FATAL_FAILURE(Begin());
+  const auto reports = [this] {
+    int count = 0;
+    Call("Connect");
+    while (const auto event = session_->WaitEvent("MERI_TRACK_LIST", std::chrono::milliseconds(0))) {
+      if (event->content.find("function_name") == std::string::npos) continue;
+      EXPECT_THAT(event->content, testing::StartsWith(R"([[{"key":"vc_meeting_pcsdk_server_cost_time","value":)"
+                                                      R"("[{\"function_name\":\"SetFps\",\"cost\":3)"));
+      ++count;
+    }
+    return count;
+  };
+  SetParams(R"("sim.delay":{"SetFps":350})");
+  Call("SetFps", "[30]");
+  EXPECT_EQ(reports(), 1);
+  SetParams(R"("sim.delay":{"SetFps":150})");
+  Call("SetFps", "[30]");
+  EXPECT_EQ(reports(), 0);
+}
+
+// What the server tells of itself without being asked: its start, each join, and its load from the second look on.
+TEST_F(RequestTest, ReportsItsStartItsJoinsAndItsLoad) {
+  const auto report = [this](const std::string& words) {
+    std::string content;  // of reports in between there may be some, where a slow machine has held a request up
+    do content = Expect("MERI_TRACK_LIST");
+    while (content.find(words) == std::string::npos && !HasFailure());
+    return content;
+  };
+  ASSERT_NO_FATAL_FAILURE(Begin());
+  report(R"([{\"sdk_module_name\":\"ravo_init_total_time_ms_v2\",\"sdk_module_cost\":)");
+  for (int meeting = 0; meeting < 2; ++meeting) {
+    Call("JoinMeeting", R"(["token","room","me",""])");
+    report(R"([{\"sdk_join_meeting_cost\":)");
+    Call("LeaveMeeting");
+  }
+  EXPECT_THAT(report("vc_pc_meeting_perf_monitor"), testing::HasSubstr(R"(\"pname\":\"ravo_native\")"));
 }
 
 }  // namespace

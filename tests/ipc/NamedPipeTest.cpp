@@ -1,104 +1,16 @@
 #include "PipeFixture.h"
 
-#include <atomic>
-#include <cstring>
 #include <thread>
 
-#include "support/LogCapture.h"
-
 using namespace TESSARIN_COMMON;
-using ipc_test::ReadOnce;
 using ipc_test::ReadText;
+using ipc_test::Reports;
+using ipc_test::WaitForEnd;
+using Lines = std::vector<std::string>;
 
 namespace {
 
 class NamedPipeTest : public ipc_test::PipeTest {};
-
-TEST_F(NamedPipeTest, BytesPassBothWaysInOrder) {
-  ConnectBoth();
-  EXPECT_TRUE(client_.Send("ab", 2));
-  EXPECT_TRUE(client_.SendFrame(std::string_view("cd"), std::string_view("ef")));
-  EXPECT_EQ(ReadText(server_, 3), "abc");
-  EXPECT_EQ(ReadText(server_, 3), "def");
-  EXPECT_TRUE(server_.Send("back", 4));
-  EXPECT_EQ(ReadText(client_, 4), "back");
-}
-
-TEST_F(NamedPipeTest, AReadStaysPostedWhileNothingComes) {
-  ConnectBoth();
-  char byte = 0;
-  ASSERT_TRUE(server_.RecvData(&byte, 1));
-  EXPECT_EQ(server_.WaitRecvData(), 0);
-  EXPECT_EQ(server_.WaitRecvData(), 0);
-  ASSERT_TRUE(client_.Send("x", 1));
-  std::int32_t result = 0;
-  while (result == 0) result = server_.WaitRecvData();
-  EXPECT_EQ(result, 1);
-  EXPECT_EQ(byte, 'x');
-}
-
-TEST_F(NamedPipeTest, APeerThatLeavesInTheMiddleGivesAShortRead) {
-  ConnectBoth();
-  ASSERT_TRUE(client_.Send("half", 4));
-  ASSERT_TRUE(client_.Disconnect());
-  char buffer[8] = {};
-  EXPECT_EQ(ReadOnce(server_, buffer, 8), 4);
-  EXPECT_STREQ(buffer, "half");
-}
-
-TEST_F(NamedPipeTest, ASecondClientFindsNobodyUntilTheServerOpensAnew) {
-  ConnectBoth();
-  NamedPipeClient second(name_);
-  second.SetSleep([](auto) {});
-  EXPECT_FALSE(second.Connect(0));
-  server_.Disconnect();
-  server_.Close();
-  EXPECT_FALSE(second.Connect(0));
-  ASSERT_TRUE(server_.Open());
-  EXPECT_TRUE(second.Connect(0));
-  EXPECT_TRUE(server_.WaitConnect());
-  EXPECT_TRUE(second.Send("2", 1));
-  EXPECT_EQ(ReadText(server_, 1), "2");
-}
-
-TEST_F(NamedPipeTest, ASenderNeitherBlocksForASlowPeerNorKeepsMoreThanTheBound) {
-  ConnectBoth();
-  const support::LogCapture log;
-  std::vector<std::uint32_t> block(256 * 1024);
-  std::uint32_t accepted = 0;
-  for (bool sent = true; sent; accepted += sent ? 1 : 0) {
-    for (auto& word : block) word = accepted;
-    sent = server_.Send(block.data(), static_cast<std::uint32_t>(block.size() * sizeof block[0]));
-    ASSERT_LT(accepted, 80u);
-  }
-  EXPECT_GE(accepted, kMaxPendingBytes / (block.size() * sizeof block[0]));
-  EXPECT_TRUE(log.Has("pipe send refused, length:1048576, the peer leaves too much unread, bound:67108864"));
-  EXPECT_EQ(serverReports_.Take(), std::vector<std::string>{});
-
-  // Now the peer reads, and all that was accepted comes, whole and in order.
-  std::atomic<bool> done{false};
-  std::thread reader([&] {
-    char byte = 0;
-    server_.RecvData(&byte, 1);
-    while (!done && server_.WaitRecvData() == 0) {
-    }
-  });
-  std::uint32_t wrong = 0;
-  for (std::uint32_t expected = 0; expected < accepted; ++expected) {
-    std::uint32_t got = 0;
-    const auto size = static_cast<std::uint32_t>(block.size() * sizeof block[0]);
-    for (auto* at = reinterpret_cast<char*>(block.data()); got < size;) {
-      const std::int32_t part = ReadOnce(client_, at + got, size - got);
-      ASSERT_GT(part, 0);
-      got += static_cast<std::uint32_t>(part);
-    }
-    for (const auto word : block) wrong += word != expected;
-  }
-  EXPECT_EQ(wrong, 0u);
-  EXPECT_TRUE(server_.Send("x", 1));
-  done = true;
-  reader.join();
-}
 
 // What is still on its way when the connection ends must outlive neither the test nor the system's use of it.
 TEST_F(NamedPipeTest, AConnectionMayEndWithReadsAndWritesInFlight) {
@@ -117,35 +29,111 @@ TEST_F(NamedPipeTest, AConnectionMayEndWithReadsAndWritesInFlight) {
   }
 }
 
-// Collects text, and answers when it has the length expected.
-struct RawReader final : IIpcDataNotify {
-  RawReader(NamedPipe& end, std::size_t length) : pipe(end), expected(length) {}
-  void OnIpcData(const char* data, std::uint32_t length) override {
-    EXPECT_EQ(std::strlen(data), length);
-    text += data;
-    if (text.size() == expected) answered = pipe.Send("!", 1);
-  }
-  NamedPipe& pipe;
-  const std::size_t expected;
-  std::string text;
-  bool answered = false;
-};
+// Each use of an end whose peer has gone, one after the other, the posted read first.
+void ExpectGone(NamedPipe& end, Reports& reports, const Lines& texts) {
+  EXPECT_EQ(WaitForEnd(end), -2);
+  EXPECT_EQ(reports.Take(), (Lines{texts[0], "system"}));
+  char byte = 0;
+  EXPECT_FALSE(end.RecvData(&byte, 1));
+  EXPECT_EQ(reports.Take(), (Lines{texts[1], "system"}));
+  EXPECT_FALSE(end.Send("x", 1));
+  EXPECT_EQ(reports.Take(), (Lines{texts[2], "system"}));
+}
 
-TEST_F(NamedPipeTest, TheRawLoopHandsOnWhatComesUntilThePeerGoes) {
+TEST_F(NamedPipeTest, AnEndHearsThatItsPeerHasGone) {
+  char byte = 0;
   ConnectBoth();
-  const std::string sent = "one two " + std::string(200'000, 'a');
-  std::thread writer([&] {
-    EXPECT_TRUE(client_.Send(sent.data(), 4));
-    EXPECT_TRUE(client_.Send(sent.data() + 4, static_cast<std::uint32_t>(sent.size() - 4)));
-    char byte = 0;
-    EXPECT_EQ(ReadOnce(client_, &byte, 1), 1);  // sends on what had to wait, until the other side has all
-    EXPECT_TRUE(client_.Disconnect());
-  });
-  RawReader reader(server_, sent.size());
-  server_.RecvRaw(&reader);
-  writer.join();
-  EXPECT_EQ(reader.text, sent);
-  EXPECT_TRUE(reader.answered);
+  ASSERT_TRUE(server_.RecvData(&byte, 1));
+  EXPECT_TRUE(client_.Disconnect());
+  ExpectGone(server_, serverReports_,
+             {"-2006 server pipe wait receive data failed.", "-2005 server pipe recv data failed.",
+              "-2004 server pipe send data failed."});
+  EXPECT_TRUE(server_.Close());
+  ConnectBoth();
+  ASSERT_TRUE(client_.RecvData(&byte, 1));
+  EXPECT_TRUE(server_.Disconnect());
+  EXPECT_TRUE(server_.Close());
+  ExpectGone(client_, clientReports_,
+             {"-1008 wait receive data failed.", "-1007 client pipe receive data failed.",
+              "-1006 client pipe send data failed."});
+}
+
+// These have no error of the system behind them, and are reported once.
+TEST_F(NamedPipeTest, AClientIsToldOfAUseOutOfTurn) {
+  NamedPipeClient nameless("");
+  nameless.SetErrorReporter(&clientReports_);
+  EXPECT_FALSE(nameless.Connect(5));
+  EXPECT_FALSE(client_.Disconnect());
+  ConnectBoth();
+  EXPECT_FALSE(client_.Connect(0));
+  EXPECT_EQ(clientReports_.Take(),
+            (Lines{"-1001 pipe name is empty.", "-1000 client handle is invalid, no need to disconnect again.",
+                   "-1000 client handle is invalid, no need to connect again."}));
+  EXPECT_TRUE(client_.Send("x", 1));
+  EXPECT_EQ(ReadText(server_, 1), "x");
+}
+
+TEST_F(NamedPipeTest, AClientTriesTwiceASecondAndOnceMoreAndSleepsAfterEachTry) {
+  const Lines failed{"-1002 wait named pipe timeout.", "system"};
+  EXPECT_FALSE(client_.Connect(0));
+  EXPECT_EQ(slept_, std::vector<int>{500});
+  EXPECT_EQ(clientReports_.Take(), failed);
+  slept_.clear();
+  EXPECT_FALSE(client_.Connect(1));
+  EXPECT_EQ(slept_, (std::vector<int>{500, 500, 500}));
+  EXPECT_EQ(clientReports_.Take(), failed);
+}
+
+TEST_F(NamedPipeTest, AHandleThatIsNoPipeCannotBeBound) {
+  constexpr NamedPipe::Handle kNoPipe = 0x7FFFFFF0;
+  NamedPipeServer server(kNoPipe);
+  server.SetErrorReporter(&serverReports_);
+  EXPECT_FALSE(server.Open());
+  EXPECT_EQ(serverReports_.Take(), (Lines{"-2001 server pipe bind to io completion port failed.", "system"}));
+  NamedPipeClient client(kNoPipe);
+  client.SetErrorReporter(&clientReports_);
+  EXPECT_FALSE(client.Connect(0));
+  EXPECT_EQ(clientReports_.Take(), (Lines{"-1005 client pipe bind to io completion port failed.", "system"}));
+}
+
+TEST_F(NamedPipeTest, ASendBeforeAClientIsThereFailsAndASendOfNothingIsSilent) {
+  EXPECT_FALSE(server_.Send("x", 1));
+  ASSERT_TRUE(server_.Open());
+  EXPECT_FALSE(server_.Send(nullptr, 1));
+  EXPECT_FALSE(server_.Send("", 0));
+  EXPECT_FALSE(server_.RecvData(nullptr, 1));
+  EXPECT_EQ(serverReports_.Take(), Lines{});
+  EXPECT_FALSE(server_.Send("x", 1));
+  EXPECT_EQ(serverReports_.Take(), (Lines{"-2004 server pipe send data failed.", "system"}));
+}
+
+// With or without a posted read; the wake-up is reported alone.
+TEST_F(NamedPipeTest, ADisconnectWakesTheOwnReader) {
+  ConnectBoth();
+  char byte = 0;
+  ASSERT_TRUE(server_.RecvData(&byte, 1));
+  std::thread disconnecter([this] { EXPECT_TRUE(server_.Disconnect()); });
+  EXPECT_EQ(WaitForEnd(server_), -1);
+  disconnecter.join();
+  EXPECT_EQ(serverReports_.Take(), Lines{"-2007 server pipe wait receive data failed."});
+
+  EXPECT_TRUE(client_.Disconnect());
+  EXPECT_EQ(client_.WaitRecvData(), -1);
+  EXPECT_EQ(clientReports_.Take(), Lines{"-1009 wait receive data failed."});
+}
+
+TEST_F(NamedPipeTest, AWaitWithoutALinkFails) {
+  EXPECT_EQ(client_.WaitRecvData(), -2);
+  EXPECT_EQ(clientReports_.Take(), (Lines{"-1008 wait receive data failed.", "system"}));
+}
+
+TEST_F(NamedPipeTest, ADisconnectEndsTheWaitForAClient) {
+  ASSERT_TRUE(server_.Open());
+  std::thread waiter([this] { EXPECT_FALSE(server_.WaitConnect()); });
+  server_.Disconnect();  // some systems refuse this for a pipe without a client, and report it
+  waiter.join();
+  const auto reports = serverReports_.Take();
+  EXPECT_EQ(std::count(reports.begin(), reports.end(), "-2002 server pipe wait connect failed."), 1);
 }
 
 }  // namespace

@@ -47,17 +47,11 @@ void WriteFromThreads(const std::string& folder) {
 }
 
 // Waits for its end by the test, so that no flush at exit helps.
-void Hang(const std::string& folder) {
-  Create(folder);
-  Write(3, "progress");
-  std::cout << "written" << std::endl;
-  std::this_thread::sleep_for(std::chrono::hours(1));
-}
-
 void HangAfterWarning(const std::string& folder) {
   Create(folder, 7, 0);
   Write(4, "a warning");
-  Hang(folder);
+  std::cout << "written" << std::endl;
+  std::this_thread::sleep_for(std::chrono::hours(1));
 }
 
 void WriteBig(const std::string& folder) {
@@ -77,7 +71,7 @@ void WriteMisuse(const std::string& folder) {
 int main(int argc, char** argv) {
   const auto arguments = host::Arguments(argc, argv);
   const std::map<std::string, void (*)(const std::string&)> actions = {
-      {"early", WriteEarlyLines},    {"exit", ExitUnderLoad}, {"threads", WriteFromThreads}, {"hang", Hang},
+      {"early", WriteEarlyLines},    {"exit", ExitUnderLoad}, {"threads", WriteFromThreads},
       {"warning", HangAfterWarning}, {"big", WriteBig},       {"misuse", WriteMisuse}};
   actions.at(arguments.at(0))(arguments.at(1));
 }

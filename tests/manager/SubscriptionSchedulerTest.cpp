@@ -14,15 +14,19 @@ class SubscriptionSchedulerTest : public testing::Test, private ISubscribeOutput
  protected:
   SubscriptionSchedulerTest() : scheduler_(*this) {
     scheduler_.ApplyOptions(10, 300);
-    scheduler_.SetStreamResolutions("s", {{320, 180, 0, 15, 0, 0}, {180, 320, 0, 20, 0, 0}, {1280, 720, 0, 30, 0, 0}});
+    scheduler_.SetStreamResolutions("s", kEncodings);
   }
 
+  bool StatusHas(const std::string& text) {
+    return TESSARIN_COMMON::JsonText(scheduler_.GetStatus()).find(text) != std::string::npos;
+  }
   Calls TakeCalls() { return std::exchange(calls_, {}); }
-  std::string Status() { return TESSARIN_COMMON::JsonText(scheduler_.GetStatus()); }
   void Answer(std::int64_t state, bool video, std::uint64_t index = 0) {
     scheduler_.OnStreamSubscribedTask(state, "s", video, true, index, 0);
   }
 
+  const std::vector<slots::StreamResolution> kEncodings{
+      {320, 180, 0, 15, 0, 0}, {180, 320, 0, 20, 0, 0}, {1280, 720, 0, 30, 0, 0}};
   SubscriptionScheduler scheduler_;
   std::string self_;
 
@@ -48,9 +52,7 @@ TEST_F(SubscriptionSchedulerTest, AWishIsAskedForOnceAndLaterOnesAreKept) {
   Answer(0, true);
   scheduler_.subscribe_video("s", 2, "c", 1);
   EXPECT_TRUE(TakeCalls().empty());
-  EXPECT_EQ(Status(), R"({"maxSubscribingNumber":10,"subscribing":[],"unSubscribing":[],"subscribed":["s"],)"
-                      R"("waitingSubscribe":[],"audioSubscribing":["s"],)"
-                      R"("subscribedInfo":[{"sid":"s","index":0,"layer":0}]})");
+  EXPECT_TRUE(StatusHas(R"("audioSubscribing":["s"],"subscribedInfo":[{"sid":"s","index":0,"layer":0}]})"));
 }
 
 TEST_F(SubscriptionSchedulerTest, TheLastViewThatLeavesTakesTheVideoAway) {
@@ -62,9 +64,9 @@ TEST_F(SubscriptionSchedulerTest, TheLastViewThatLeavesTakesTheVideoAway) {
   EXPECT_TRUE(TakeCalls().empty());  // covered: it never shrinks while a view remains
   scheduler_.subscribe_audio_only("s", "b");
   EXPECT_EQ(TakeCalls(), (Calls{"Started s a 0", "Unsubscribe s", "Subscribe s a 15 320x180"}));
-  EXPECT_NE(Status().find(R"("subscribed":["s"])"), std::string::npos);  // until the engine has answered
+  EXPECT_TRUE(StatusHas(R"("subscribed":["s"])"));  // until the engine has answered
   Answer(0, false);
-  EXPECT_NE(Status().find(R"("subscribing":[],"unSubscribing":[],"subscribed":[])"), std::string::npos);
+  EXPECT_TRUE(StatusHas(R"("subscribing":[],"unSubscribing":[],"subscribed":[])"));
   scheduler_.subscribe_audio_only("s", "never wished");
   EXPECT_EQ(TakeCalls().size(), 3u);
 }
@@ -83,7 +85,7 @@ TEST_F(SubscriptionSchedulerTest, AfterTheVideoWasTakenAwayTheLargestPictureWins
     for (const std::uint64_t index : c.wishes) {
       scheduler_.subscribe_video("s", index, std::to_string(index), 0);  // kept: no encodings yet
     }
-    scheduler_.SetStreamResolutions("s", {{320, 180, 0, 15, 0, 0}, {180, 320, 0, 20, 0, 0}, {1280, 720, 0, 30, 0, 0}});
+    scheduler_.SetStreamResolutions("s", kEncodings);
     TakeCalls();
     scheduler_.subscribe_audio_only("s", "a view that is not there");
     ASSERT_EQ(TakeCalls().back(), c.asked);
@@ -105,22 +107,21 @@ TEST_F(SubscriptionSchedulerTest, AFailedAnswerHoldsOffEveryRetryUntilTheStreamI
   TakeCalls();
   scheduler_.subscribe_video("s", 0, "a", 0);
   EXPECT_TRUE(TakeCalls().empty());
-  EXPECT_NE(Status().find(R"("subscribing":["s"])"), std::string::npos);
+  EXPECT_TRUE(StatusHas(R"("subscribing":["s"])"));
   scheduler_.RemoveStreamAll("s");
   scheduler_.subscribe_audio_only("s", "a");
   EXPECT_TRUE(TakeCalls().empty());
-  EXPECT_NE(Status().find(R"("subscribing":[],"unSubscribing":[],"subscribed":[],"waitingSubscribe":[],)"
-                          R"("audioSubscribing":[])"),
-            std::string::npos);
+  EXPECT_TRUE(StatusHas(R"("subscribing":[],"unSubscribing":[],"subscribed":[],"waitingSubscribe":[],)"
+                        R"("audioSubscribing":[])"));
 }
 
 TEST_F(SubscriptionSchedulerTest, AnAnswerAfterTheRemovalStaysUntilTheNextRemoval) {
   scheduler_.subscribe_video("s", 0, "a", 0);
   scheduler_.RemoveStreamAll("s");
   Answer(0, true);
-  EXPECT_NE(Status().find(R"("subscribed":["s"])"), std::string::npos);
+  EXPECT_TRUE(StatusHas(R"("subscribed":["s"])"));
   scheduler_.RemoveStreamAll("s");
-  EXPECT_NE(Status().find(R"("subscribed":[])"), std::string::npos);
+  EXPECT_TRUE(StatusHas(R"("subscribed":[])"));
 }
 
 TEST_F(SubscriptionSchedulerTest, TheOwnStreamIsNeverSubscribed) {
@@ -136,7 +137,7 @@ TEST_F(SubscriptionSchedulerTest, AMaximumOfZeroThrottlesNothing) {
   scheduler_.subscribe_video("t", 0, "a", 0);
   EXPECT_EQ(TakeCalls().size(), 4u);
   scheduler_.ApplyOptions(4, 0);
-  EXPECT_NE(Status().find(R"("maxSubscribingNumber":4,"subscribing":["s","t"])"), std::string::npos);
+  EXPECT_TRUE(StatusHas(R"("maxSubscribingNumber":4,"subscribing":["s","t"])"));
 }
 
 }  // namespace

@@ -15,9 +15,10 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using namespace QX_MONITOR;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::EndsWith;
-using testing::IsEmpty;
+using testing::SizeIs;
 using testing::StartsWith;
 
 class BlockDump : public testing::Test {
@@ -41,48 +42,40 @@ class BlockDump : public testing::Test {
     for (const auto& entry : fs::directory_iterator(folder_.Path())) names.insert(entry.path().filename().string());
     return names;
   }
-  [[nodiscard]] std::string Content(const std::string& name) const {
-    std::ifstream file(folder_.Path() / name);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  }
 
   const support::TempFolder folder_;
 };
 
-TEST_F(BlockDump, NameHoldsTimeAndThreeNumbers) {
-  constexpr std::uint64_t kLargest = 18446744073709551615u;
+TEST_F(BlockDump, NamesTellTheTime) {
   const std::string before = TimeText();
-  const std::string name = BlockDumpName(1, 2, 3);
-  EXPECT_THAT(name, testing::AllOf(StartsWith("tessarin-"), EndsWith("-block-1(2)-3.dmp")));
+  const std::string name = BlockDumpName(1, 2, 18446744073709551615u);
+  EXPECT_THAT(name, AllOf(StartsWith("tessarin-2"), EndsWith("-block-1(2)-18446744073709551615.dmp")));
   const std::string time = name.substr(9, 14);
-  EXPECT_EQ(time.find_first_not_of("0123456789"), std::string::npos);
   EXPECT_LE(before, time);
   EXPECT_LE(time, TimeText());
-  EXPECT_THAT(BlockDumpName(kLargest, 0, kLargest),
-              EndsWith("-block-18446744073709551615(0)-18446744073709551615.dmp"));
+
+  const std::string folder = UntimedTempFilePath("");
+  EXPECT_TRUE(fs::is_directory(folder));
+  EXPECT_THAT(TempFilePath("-x.log"), AllOf(StartsWith(folder + "2"), EndsWith("-x.log"), SizeIs(folder.size() + 20)));
 }
 
 TEST_F(BlockDump, ClassifiesByTheFirstModuleOfTheList) {
   EXPECT_EQ(ClassifyByModule("in TESSARIN_POWER.dll", 7), std::pair(1, 7));
-  EXPECT_EQ(ModuleNumber("TESSARIN_ECHOTEST"), 9);
   EXPECT_EQ(ModuleNumber("TESSARIN_ECHOTEST called by TESSARIN_HID"), 4);
   EXPECT_EQ(ModuleNumber("tessarin_power"), 0);
-  EXPECT_EQ(ModuleNumber(""), 0);
 }
 
 TEST_F(BlockDump, WritesOneCallStackALineOverWhatStoodThere) {
-  Make("stacks.log");
+  const fs::path path = Make("stacks.log");
   for (const std::string& directory : {folder_.Text(), folder_.Text() + "/"}) {
     ASSERT_TRUE(WriteCallStacks({"a---b---c", "", "100%s"}, directory, "stacks.log"));
-    EXPECT_EQ(Content("stacks.log"), "a---b---c\n\n100%s\n");
+    std::ifstream file(path);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "a---b---c\n\n100%s\n");
   }
   EXPECT_FALSE(WriteCallStacks({"a"}, folder_.Text() + "/missing", "stacks.log"));
-}
-
-TEST_F(BlockDump, EmptyDirectoryIsTheCurrentOne) {
-  const std::string name = folder_.Path().filename().string() + ".log";
-  ASSERT_TRUE(WriteCallStacks({"a"}, "", name));
-  EXPECT_TRUE(fs::remove(name));
+  const std::string here = folder_.Path().filename().string() + ".log";
+  ASSERT_TRUE(WriteCallStacks({"a"}, "", here));
+  EXPECT_TRUE(fs::remove(here));
 }
 
 TEST_F(BlockDump, KeepsTheTwentyNewest) {
@@ -125,19 +118,8 @@ TEST_F(BlockDump, RemovesFilesAndWholeFoldersButNotBehindLinks) {
 TEST_F(BlockDump, RefusesToRemoveRelativePaths) {
   const std::string name = folder_.Path().filename().string() + ".relative";
   std::ofstream(name) << "here";
-  for (const std::string& path : {name, "./" + name, std::string()}) {
-    EXPECT_EQ(RemovePath(path), "Remove File Failed") << path;
-  }
+  for (const std::string& path : {name, "./" + name, std::string()}) EXPECT_EQ(RemovePath(path), "Remove File Failed");
   EXPECT_TRUE(fs::remove(name));
-}
-
-TEST_F(BlockDump, TempPathIsAFolderThenTimeThenSuffix) {
-  const std::string folder = UntimedTempFilePath("");
-  EXPECT_TRUE(fs::is_directory(folder));
-  EXPECT_EQ(UntimedTempFilePath("x.log"), folder + "x.log");
-  const std::string path = TempFilePath("-x.log");
-  EXPECT_THAT(path, testing::AllOf(StartsWith(folder + "2"), EndsWith("-x.log")));
-  EXPECT_EQ(path.size(), folder.size() + 14 + 6);
 }
 
 }  // namespace

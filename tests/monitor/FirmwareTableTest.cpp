@@ -32,16 +32,13 @@ Bytes operator+(Bytes left, const Bytes& right) {
 const Bytes kBios = Structure(0, 24, {"Maker of firmware", "7"});
 const Bytes kEnd = Structure(127, 4, {});
 
-struct Case {
-  const char* name;
-  Bytes table;
-  std::string manufacturer;
-  std::string model;
-};
-
 TEST(FirmwareTable, TellsManufacturerAndModelOfTheFirstSystem) {
-  const Case cases[] = {
-      {"first", Structure(1, 27, {"Acme", "Anvil"}), "Acme", "Anvil"},
+  const struct {
+    const char* name;
+    Bytes table;
+    std::string manufacturer;
+    std::string model;
+  } cases[] = {
       {"behind others", kBios + Structure(2, 8, {}) + Structure(1, 27, {"Acme", "Anvil"}) + kEnd, "Acme", "Anvil"},
       {"two systems", Structure(1, 27, {"Acme", "Anvil"}) + Structure(1, 27, {"Other", "Name"}), "Acme", "Anvil"},
       {"maker is trimmed, model is not", Structure(1, 27, {" \tAcme Ltd\r\n ", " Anvil "}), "Acme Ltd", " Anvil "},
@@ -57,7 +54,7 @@ TEST(FirmwareTable, TellsManufacturerAndModelOfTheFirstSystem) {
       {"no system", kBios, "Null String", ""},
       {"nothing", {}, "Null String", ""},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     const MachineNames names = ParseFirmwareTable(c.table);
     EXPECT_EQ(names.manufacturer, c.manufacturer);

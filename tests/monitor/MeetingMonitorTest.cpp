@@ -60,36 +60,28 @@ class MeetingMonitorTest : public testing::Test {
   MeetingMonitor monitor_;
 };
 
-TEST_F(MeetingMonitorTest, ReportsTheCostOfTheStartWithTheMachine) {
+TEST_F(MeetingMonitorTest, ReportsTheStartRequestsAndJoins) {
+  const std::string key = "vc_meeting_pcsdk_server_cost_time";
+  auto& names = LibMonitorSystem::GetInstance();
   DevicePerformance machine{};
   machine.cpuCores = 4;
   machine.cpuThreads = 8;
   machine.memory = 512.5;
-  machine.cpuModel[0] = 'c';
   monitor_.ReportInitCost(37, machine);
-  auto& names = LibMonitorSystem::GetInstance();
-  EXPECT_THAT(Sent(),
-              ElementsAre(Items("vc_meeting_pcsdk_server_cost_time",
-                                R"([{"sdk_module_name":"ravo_init_total_time_ms_v2","sdk_module_cost":37,)"
-                                R"("system_basic_info":{"cpu_num":8,"physical_cpu_num":4,"os_type":"Windows",)"
-                                R"("total_memory":512.5,"os_version":)" +
-                                    JsonText(OsVersion()) + R"(,"manufacturer":)" + JsonText(names.Manufacturer()) +
-                                    R"(,"model":)" + JsonText(names.Model()) + R"(,"arch":)" +
-                                    (sizeof(void*) == 4 ? R"("x86")" : R"("x86_64")") + "}}]")));
-  EXPECT_TRUE(
-      log_.Has("[handle_join_meeting_monitor]cpuCores:4,os:,osVersion:,deviceModel:,gpuModel:,cpuModel:c,"
-               "memory:512.5,threads:8,frequency:0"));
-}
-
-TEST_F(MeetingMonitorTest, ReportsRequestsAndJoins) {
-  const std::string key = "vc_meeting_pcsdk_server_cost_time";
   monitor_.ReportFunctionCost("Slow", 301);
   monitor_.ReportJoinCost(0);
   monitor_.ReportJoinCost(5);
   monitor_.ReportJoinTimeout();
-  EXPECT_THAT(Sent(), ElementsAre(Items(key, R"([{"function_name":"Slow","cost":301}])"),
-                                  Items(key, R"([{"sdk_join_meeting_cost":5}])"),
-                                  Items(key, R"([{"sdk_join_meeting_timeout":true}])")));
+  EXPECT_THAT(Sent(),
+              ElementsAre(Items(key, R"([{"sdk_module_name":"ravo_init_total_time_ms_v2","sdk_module_cost":37,)"
+                                     R"("system_basic_info":{"cpu_num":8,"physical_cpu_num":4,"os_type":"Windows",)"
+                                     R"("total_memory":512.5,"os_version":)" +
+                                         JsonText(OsVersion()) + R"(,"manufacturer":)" +
+                                         JsonText(names.Manufacturer()) + R"(,"model":)" + JsonText(names.Model()) +
+                                         R"(,"arch":)" + (sizeof(void*) == 4 ? R"("x86")" : R"("x86_64")") + "}}]"),
+                          Items(key, R"([{"function_name":"Slow","cost":301}])"),
+                          Items(key, R"([{"sdk_join_meeting_cost":5}])"),
+                          Items(key, R"([{"sdk_join_meeting_timeout":true}])")));
 }
 
 TEST_F(MeetingMonitorTest, ReportsAProcessFromItsSecondSnapshotOnAndSkipsTheDead) {
@@ -101,15 +93,12 @@ TEST_F(MeetingMonitorTest, ReportsAProcessFromItsSecondSnapshotOnAndSkipsTheDead
   sampler_.processes = {{1, {0, 1'000'000'000, 100}}};
   monitor_.StartMeetingSnapshot(true);
   EXPECT_THAT(Sent(), IsEmpty());
-  EXPECT_TRUE(log_.Has("[handle_join_meeting_monitor]res: 0,1000000000,100"));
-  EXPECT_TRUE(log_.Has("[handle_join_meeting_monitor]res: -1,0,0"));
   monitor_.StopMeetingSnapshot();
 
   clock_.AdvanceMs(2000);  // the next meeting compares with the last one
   sampler_.processes = {{1, {0, 2'000'000'000, 200}}, {2, {0, 5, 6}}};
   monitor_.StartMeetingSnapshot(true);
   EXPECT_THAT(Sent(), ElementsAre(Items("vc_pc_meeting_perf_monitor", "[" + Object("200.0", "200.0", "one") + "]")));
-  EXPECT_TRUE(log_.Has("handle_join_meeting_monitor cpu:200, cpu1:2000000000, cpu2:1000000000, cost:2000000000"));
   monitor_.StopMeetingSnapshot();
 
   clock_.AdvanceMs(1000);

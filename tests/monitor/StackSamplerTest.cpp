@@ -168,10 +168,4 @@ TEST(SymbolEngine, NamesAnAddress) {
   symCleanupCurrentProcess();
 }
 
-TEST(SymbolEngine, CutsAPathAtEitherSeparator) {
-  EXPECT_EQ(QX_MONITOR::FileNameOfPath("/a/b.so"), "b.so");
-  EXPECT_EQ(QX_MONITOR::FileNameOfPath("C:\\a/b\\c.dll"), "c.dll");
-  EXPECT_EQ(QX_MONITOR::FileNameOfPath("plain"), "plain");
-}
-
 }  // namespace

@@ -9,43 +9,38 @@ using testing::IsEmpty;
 
 namespace {
 
-struct Calls {
+class ScriptedRequests final : public PowerRequests {
+ public:
+  Handle Create() override {
+    made.emplace_back("create");
+    return creates ? next_++ : kNone;
+  }
+  bool Set(Handle handle, PowerRequestType type) override { return Note("set", handle, type, sets); }
+  bool Clear(Handle handle, PowerRequestType type) override { return Note("clear", handle, type, clears); }
+  void Close(Handle handle) override { made.push_back("close " + std::to_string(handle)); }
+  [[nodiscard]] PowerRequestType ApplicationType() const override { return PowerRequestType::ExecutionRequired; }
+
   bool creates = true;
   bool sets = true;
   bool clears = true;
   std::vector<std::string> made;
-};
-
-class ScriptedRequests final : public PowerRequests {
- public:
-  explicit ScriptedRequests(Calls& calls) : calls_(calls) {}
-  Handle Create() override {
-    calls_.made.push_back("create");
-    return calls_.creates ? next_++ : kNone;
-  }
-  bool Set(Handle handle, PowerRequestType type) override { return Note("set", handle, type, calls_.sets); }
-  bool Clear(Handle handle, PowerRequestType type) override { return Note("clear", handle, type, calls_.clears); }
-  void Close(Handle handle) override { calls_.made.push_back("close " + std::to_string(handle)); }
-  [[nodiscard]] PowerRequestType ApplicationType() const override { return PowerRequestType::ExecutionRequired; }
 
  private:
-  bool Note(const char* call, Handle handle, PowerRequestType type, bool result) {
-    calls_.made.push_back(std::string(call) + " " + std::to_string(handle) + " " +
-                          std::to_string(static_cast<int>(type)));
+  bool Note(const std::string& call, Handle handle, PowerRequestType type, bool result) {
+    made.push_back(call + ' ' + std::to_string(handle) + ' ' + std::to_string(static_cast<int>(type)));
     return result;
   }
 
-  Calls& calls_;
   Handle next_ = 0;
 };
 
 class PowerSaveBlockerTest : public testing::Test {
  protected:
-  std::vector<std::string> Made() { return std::exchange(calls_.made, {}); }
+  std::vector<std::string> Made() { return std::exchange(requests_.made, {}); }
 
   const support::LogCapture log_;
-  Calls calls_;
-  PowerSaveBlockerImpl blocker_{std::make_unique<ScriptedRequests>(calls_)};
+  ScriptedRequests& requests_ = *new ScriptedRequests;
+  PowerSaveBlockerImpl blocker_{std::unique_ptr<PowerRequests>(&requests_)};
 };
 
 TEST_F(PowerSaveBlockerTest, HoldsEachKindOnceAndApart) {
@@ -67,17 +62,17 @@ TEST_F(PowerSaveBlockerTest, HoldsEachKindOnceAndApart) {
 }
 
 TEST_F(PowerSaveBlockerTest, KeepsNothingOfAFailureAndTriesAgain) {
-  calls_.creates = false;
+  requests_.creates = false;
   EXPECT_FALSE(blocker_.StartPreventDisplaySleep());
   EXPECT_THAT(Made(), ElementsAre("create"));
-  calls_.creates = true;
-  calls_.sets = false;
-  calls_.clears = false;
+  requests_.creates = true;
+  requests_.sets = false;
+  requests_.clears = false;
   EXPECT_FALSE(blocker_.StartPreventDisplaySleep());
   EXPECT_THAT(Made(), ElementsAre("create", "set 0 0", "clear 0 0", "close 0"));
   blocker_.StopPreventDisplaySleep();
   EXPECT_THAT(Made(), IsEmpty());
-  calls_.sets = true;
+  requests_.sets = true;
   EXPECT_TRUE(blocker_.StartPreventDisplaySleep());
   for (const char* call : {"PowerCreateRequest", "PowerSetRequest", "PowerClearRequest"}) {
     const auto lines = log_.Texts();

@@ -13,8 +13,6 @@
 // The engine's other side: registers for what the tests look at and keeps what comes.
 namespace stand {
 
-constexpr int kBoundMs = 20000;
-
 struct Frame {
   std::string userId;
   VideoFrameInfo info;
@@ -22,19 +20,18 @@ struct Frame {
   std::vector<std::int64_t> strides;
 };
 
-// Callbacks come as texts such as "OnUserJoin ann 0", numbers in decimal. They are kept for the life of the process;
-// Clear forgets.
+// Registers the callbacks. They come as texts such as "OnUserJoin ann 0", numbers in decimal, and are kept for the life
+// of the process; Clear forgets.
+void Register();
 void Clear();
-[[nodiscard]] std::vector<std::string> Events();
-[[nodiscard]] int Count(const std::string& event);
-[[nodiscard]] bool WaitFor(const std::string& event, int times = 1);
-// Waits until a text with this beginning has come, and returns it; empty after the bound.
-[[nodiscard]] std::string WaitForPrefix(const std::string& prefix);
-// The frames of a user, of the last 200 frames that came.
-[[nodiscard]] std::vector<Frame> Frames(const std::string& userId);
-// Waits until that many frames of a user have come, or until one pleases; false after the bound.
-[[nodiscard]] bool WaitForFrames(const std::string& userId, std::size_t count);
-[[nodiscard]] bool WaitForFrame(const std::string& userId, const std::function<bool(const Frame&)>& pleases);
+// Of the texts with this beginning; an empty one counts all.
+[[nodiscard]] int Count(const std::string& beginning);
+// Waits until that many have come; false after the bound.
+[[nodiscard]] bool WaitFor(const std::string& beginning, int times = 1);
+// Waits until that many frames of a user have come that please, and gives them; fewer after the bound.
+[[nodiscard]] std::vector<Frame> WaitForFrames(
+    const std::string& userId, std::size_t count,
+    const std::function<bool(const Frame&)>& pleases = [](const Frame&) { return true; });
 
 // An engine that was started in the right order. All tests of a process share it.
 class Started : public testing::Test {
@@ -42,12 +39,10 @@ class Started : public testing::Test {
   static void SetUpTestSuite();
   void TearDown() override { LeaveRoom(); }
 
-  static void Join(const std::string& userId);
+  // Joins a room where these participants are.
+  static void Join(const std::string& participants = "");
   // Subscribes to a stream's video and waits for the answer.
   static void Watch(const std::string& sid, std::int32_t width, std::int32_t height, std::int32_t frameRate);
 };
-
-// Registers the callbacks.
-void Register();
 
 }  // namespace stand

@@ -1,7 +1,10 @@
-#include <string>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "Stand.h"
 #include "engine/ModuleLoader.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -12,7 +15,6 @@ constexpr const char* kCalled[] = {
 #define RAVO_ENGINE_RESOLVED(name)
 #include "engine/EngineSymbols.def"
 };
-static_assert(std::size(kCalled) == 237);
 
 TEST(Library, ExportsEveryCalledEntryUnderItsPlainName) {
   std::string failure;
@@ -21,20 +23,19 @@ TEST(Library, ExportsEveryCalledEntryUnderItsPlainName) {
   for (const char* name : kCalled) EXPECT_NE(TESSARIN_LUMARC::FindSymbol(library, name), nullptr) << name;
 }
 
-TEST_F(Started, ToldThatTheLibraryIsReadyAndReportedNothingInTheRightOrder) {
-  EXPECT_TRUE(stand::WaitFor("OnRtcSdkInit"));
-  SetFps(30);
-  ServerOptionSetRTCParams("{}");  // options may come again
-  EXPECT_EQ(SimViolationCount(), 0);
-}
-
-TEST_F(Started, ReportsWhatComesOutOfOrder) {
-  const auto before = SimViolationCount();
-  OnUserJoin(nullptr);
-  VemoraInit(3, 0);
-  VemoraInitRtc();
-  EXPECT_EQ(SimViolationCount(), before + 3);
-  stand::Register();
+TEST(Journal, KeepsTheLinesBeforeItsFileIsKnown) {
+  const support::TempFolder folder;
+  ServerOptionSetAppId("app \"one\"");
+  ServerOptionSetRTCParams("no object");
+  SimSetParams((R"({"sim.journal": ")" + folder.Text() + R"(/calls"})").c_str());
+  VemoraInit(2, 0);
+  std::stringstream lines;
+  lines << std::ifstream(folder.Path() / "calls").rdbuf();
+  EXPECT_EQ(lines.str(), R"({"entry":"ServerOptionSetAppId","args":["app \"one\""]}
+{"entry":"ServerOptionSetRTCParams","args":["no object"]}
+{"entry":"VemoraInit","args":[2,0]}
+{"violation":"VemoraInit takes 3 and 0"}
+)");
 }
 
 TEST(Unstarted, CallBeforeTheStartIsReported) {
@@ -42,24 +43,58 @@ TEST(Unstarted, CallBeforeTheStartIsReported) {
   EXPECT_EQ(SimViolationCount(), 1);
 }
 
+TEST_F(Started, ReportsWhatComesOutOfOrderAndNothingElse) {
+  EXPECT_TRUE(stand::WaitFor("OnRtcSdkInit"));
+  SetFps(30);
+  ServerOptionSetRTCParams("{}");  // options may come again
+  EXPECT_EQ(SimViolationCount(), 0);
+  OnUserJoin(nullptr);
+  VemoraInit(3, 0);
+  VemoraInitRtc();
+  EXPECT_EQ(SimViolationCount(), 3);
+  stand::Register();
+}
+
+TEST_F(Started, ReportsParametersThatItDoesNotTake) {
+  const auto before = SimViolationCount();
+  EXPECT_TRUE(SimSetParams(R"({"rtc.any": 1, "sim.nothing": 1, "sim.room": {"joinDelayMs": "soon"}})"));
+  EXPECT_EQ(SimViolationCount(), before + 2);
+  SimSetParams(R"({"sim.room": {"participants": [{"userId": "wide", "encodings": [{"width": 99999}]}]}})");
+  SimSetParams(R"({"sim.camera": {"encoding": {"frameRate": 0}}})");
+  EXPECT_EQ(SimViolationCount(), before + 4);
+  EXPECT_FALSE(SimSetParams("[]"));
+  EXPECT_FALSE(SimSetParams(""));
+}
+
+TEST_F(Started, FiresFromManyThreadsAndRefusesWhatDoesNotFit) {
+  EXPECT_EQ(SimFireFromThreads("OnUserLeave", R"(["zoe", 3])", 8, 50), 400);
+  EXPECT_EQ(stand::Count("OnUserLeave zoe 3"), 400);
+  const std::pair<const char*, const char*> cases[] = {
+      {"OnUserJoin", R"(["zoe"])"}, {"OnUserJoin", R"(["zoe", 1, 2])"},
+      {"OnUserJoin", "nonsense"},   {"OnUserJoin", R"([1, "zoe"])"},
+      {"JoinRoom", "[]"},           {"OnVideoCommonFrame", R"(["zoe", {}, ["x"], 1, [1]])"},
+      {"OnDetectError", "[1]"},  // nobody has registered
+  };
+  for (const auto& [entry, arguments] : cases) EXPECT_FALSE(SimFire(entry, arguments)) << entry << arguments;
+}
+
 // What is looked at is the end of the process, which must be clean with the preview running and callbacks under way.
 TEST_F(Started, ProcessMayEndWhilePicturesRun) {
   SimSetParams(R"({"sim.camera": {"encoding": {"width": 640, "height": 480, "frameRate": 500}}})");
   StartVideoCapture();
-  EXPECT_TRUE(stand::WaitForFrames("", 5));
+  EXPECT_GE(stand::WaitForFrames("", 5).size(), 5U);
 }
 
 TEST_F(Started, NothingCallsBackAfterDestroyServer) {
-  SimSetParams(R"({"sim.room": {"participants": [{"userId": "ann", "encodings": [{"frameRate": 60}]}]}})");
-  Join("me");
+  Join(R"({"userId": "ann"})");
   Watch("ann_0", 64, 36, 60);
-  ASSERT_TRUE(stand::WaitForFrames("ann", 2));
+  ASSERT_FALSE(stand::WaitForFrames("ann", 1).empty());
   DestroyServer();
-  const auto events = stand::Events().size();
+  const int events = stand::Count("");
   EXPECT_FALSE(SimFire("OnUserJoin", R"(["late", 0])"));
   EXPECT_EQ(SimFireFromThreads("OnUserJoin", R"(["late", 0])", 4, 10), 0);
   SimSetParams(R"({"sim.room": {"participants": [{"userId": "late"}]}})");
-  EXPECT_EQ(stand::Events().size(), events);
+  EXPECT_EQ(stand::Count(""), events);
 }
 
 }  // namespace

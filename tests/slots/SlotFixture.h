@@ -21,7 +21,7 @@ using TESSARIN_LUMARC::slots::StreamDataManager;
 using TESSARIN_LUMARC::slots::StreamInfo;
 using TESSARIN_LUMARC::slots::VideoFrameSlots;
 
-// A frame of three planes of one value each, and the description that goes with it.
+// A frame of one value throughout, and the description that goes with it. The planes share their bytes.
 struct TestFrame {
   TestFrame(std::uint32_t width, std::uint32_t height, std::uint8_t value, std::uint32_t padding = 0) {
     meta.width = width;
@@ -30,18 +30,15 @@ struct TestFrame {
     meta.stride1 = meta.stride2 = width / 2 + padding;
     Fill(value);
   }
-  TestFrame(TestFrame&&) = default;  // the planes stay where they are
+  TestFrame(TestFrame&&) = default;  // the bytes stay where they are
 
   void Fill(std::uint8_t value) {
-    const std::size_t rows = meta.height;
-    y.assign(rows * meta.stride0, value);
-    u.assign(rows * meta.stride1 / 2, value);
-    v.assign(rows * meta.stride2 / 2, value);
-    planes = {y.data(), u.data(), v.data()};
+    bytes.assign(std::size_t{meta.height} * meta.stride0, value);
+    planes.assign(3, bytes.data());
   }
 
   FrameMeta meta;
-  std::vector<std::uint8_t> y, u, v;
+  std::vector<std::uint8_t> bytes;
   std::vector<const std::uint8_t*> planes;
 };
 
@@ -63,16 +60,15 @@ inline ShareMemoryInfo RecordOf(const std::string& sid) {
 // Slots of a server "test", with the stream "a" of the user "ann", and what they announced.
 class SlotFixture : public testing::Test {
  protected:
-  struct Announced {
-    std::int64_t op;
-    ShareMemoryInfo record;
-  };
-
   SlotFixture() {
     StreamDataManager::GetInstance().ClearAllStreams();
     AddStream("ann", "a");
     slots = std::make_unique<VideoFrameSlots>("test", [this](std::int64_t op, const auto& records) {
-      for (const auto& record : records) announced.push_back({op, record});
+      for (const auto& record : records) {
+        announced.push_back(std::to_string(op) + ' ' + record.sid + ' ' + std::to_string(record.width) + 'x' +
+                            std::to_string(record.height));
+        last = record;
+      }
       if (onAnnounce) onAnnounce();
     });
   }
@@ -94,7 +90,8 @@ class SlotFixture : public testing::Test {
   }
 
   std::function<void()> onAnnounce;
-  std::vector<Announced> announced;
+  std::vector<std::string> announced;  // "<operation> <sid> <width>x<height>"
+  ShareMemoryInfo last;                // the record announced last
   std::unique_ptr<VideoFrameSlots> slots;
 };
 

@@ -62,10 +62,8 @@ TEST_F(TaskRunnerTest, RunsTasksOfManyThreadsOnceEachAndInTheirPostersOrder) {
 TEST_F(TaskRunnerTest, BudgetsReportOnlyWhatIsStrictlyOver) {
   ASSERT_TRUE(runner_.StartRunner());
   const struct {
-    std::int64_t waitMs;
-    std::int64_t runMs;
-    bool waitLine;
-    bool runLine;
+    std::int64_t waitMs, runMs;
+    bool waitLine, runLine;
   } cases[] = {{300, 200, false, false}, {301, 0, true, false}, {0, 201, false, true}};
   for (const auto& c : cases) {
     const support::LogCapture log;
@@ -124,19 +122,6 @@ TEST_F(TaskRunnerTest, StartsOnceAndKnowsItsThread) {
   EXPECT_TRUE(inside);
   EXPECT_FALSE(runner_.IsCurrentThread());
   EXPECT_TRUE(log_.Has("TaskRunner Running, type:main_thread, thread name: main_thread"));
-}
-
-TEST(TaskRunner, TypesHaveTheirNames) {
-  const struct {
-    int type;
-    const char* name;
-  } cases[] = {
-      {0, "normal_thread"}, {1, "unknown"}, {3, "device_thread"}, {4, "callback_thread"}, {5, "monitor_thread"}};
-  for (const auto& c : cases) {
-    const support::LogCapture log;
-    const TaskRunner runner(c.type);
-    EXPECT_TRUE(log.Has(std::string("TaskRunner created, type: ") + c.name));
-  }
 }
 
 }  // namespace

@@ -36,30 +36,6 @@ TEST(Thread, RefusesASecondStartAndANewNameWhileItRuns) {
   EXPECT_EQ(thread.Id(), 0u);
 }
 
-TEST(Thread, KnowsItselfThroughItsSlotAlone) {
-  ThreadLocalSlot slot;
-  Thread with(&slot);
-  Thread without;
-  bool inWith = false;
-  bool inWithout = true;
-  Body asksWith([&](Thread* thread) { inWith = thread->IsCurrent() && thread->Current() == &with; });
-  Body asksWithout([&](Thread* thread) { inWithout = thread->IsCurrent(); });
-  ASSERT_TRUE(with.Start(&asksWith) && without.Start(&asksWithout));
-  with.Join();
-  without.Join();
-  EXPECT_TRUE(inWith);
-  EXPECT_FALSE(inWithout);
-  EXPECT_FALSE(with.IsCurrent());
-}
-
-TEST(Thread, WithoutAThreadJoinAndPriorityDoNothing) {
-  Thread thread;
-  thread.SetPriority(1);
-  thread.Join();
-  ASSERT_TRUE(thread.Start(nullptr));
-  thread.Join();
-}
-
 TEST(Thread, BodySeesTheStopFlagAndAStartClearsIt) {
   int runs = 0;
   Body body([&](Thread* thread) {

@@ -58,8 +58,7 @@ class SecurityTest : public ServerTest {
 };
 
 TEST_F(SecurityTest, AnotherUserNeitherConnectsNorReadsFramesNorTheLog) {
-  StartServer(R"("sim.room":{"participants":[{"userId":"ann"}]})");
-  ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
+  ASSERT_NO_FATAL_FAILURE(StartServer(R"("sim.room":{"participants":[{"userId":"ann"}]})"));
   const sockaddr_un address = AddressOf(server_->Pipe());
   EXPECT_EQ(AsNobody([&] {
               const int link = socket(AF_UNIX, SOCK_STREAM, 0);
@@ -71,17 +70,9 @@ TEST_F(SecurityTest, AnotherUserNeitherConnectsNorReadsFramesNorTheLog) {
   EXPECT_EQ(Call("JoinMeeting", R"(["token","room","me",""])"), "0");
   Expect("STREAM_ADDED");
   Subscribe("ann_0");
-  ReadFrame("ann_0");
   std::vector<std::string> names;
-  for (const auto& record : fs::directory_iterator("/dev/shm")) {
-    struct stat status = {};
-    const std::string name = record.path().filename();
-    const bool isSlots = name.find("qx_ctl_") != std::string::npos || name.starts_with("ravo_owner_");
-    if (isSlots && lstat(record.path().c_str(), &status) == 0) names.push_back(record.path());
-    if (isSlots && name.ends_with("_main")) {
-      names.push_back("/dev/shm/" +
-                      name.substr(std::strlen("sem.qx_ctl_"), name.size() - std::strlen("sem.qx_ctl__main")));
-    }
+  for (const auto& name : ServerProcess::SharedNames(NextUpdate("ann_0").slots[0].path)) {
+    names.push_back("/dev/shm/" + name.substr(0, name.size() - 1));
   }
   EXPECT_GE(names.size(), 4u);
   for (const auto& file : fs::directory_iterator(server_->Folder())) {
@@ -91,8 +82,7 @@ TEST_F(SecurityTest, AnotherUserNeitherConnectsNorReadsFramesNorTheLog) {
 }
 
 TEST_F(SecurityTest, AnotherUserWhomTheFileLetsInIsDroppedAndTheOwnOneServed) {
-  StartServer();
-  ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
+  ASSERT_NO_FATAL_FAILURE(StartServer());
   ASSERT_EQ(chmod(server_->Pipe().c_str(), 0666), 0);
   const sockaddr_un address = AddressOf(server_->Pipe());
   EXPECT_EQ(AsNobody([&] {
@@ -124,8 +114,7 @@ TEST_F(SecurityTest, AClientTellsNothingToAnotherUsersServer) {
 }
 
 TEST_F(SecurityTest, ALineFeedInARequestForgesNoLineOfTheLog) {
-  StartServer();
-  ASSERT_NO_FATAL_FAILURE(Connect());
+  ASSERT_NO_FATAL_FAILURE(Begin());
   EXPECT_FALSE(session_->Call("X\nforged", "[]", kBound).Ok());
   EXPECT_TRUE(server_->WaitForLog("not handle this func:X\\nforged"));
   for (const auto& line : server_->LogLines("forged")) EXPECT_FALSE(line.starts_with("forged")) << line;

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <memory>
+#include <list>
 #include <thread>
 #include <vector>
 
@@ -50,24 +50,18 @@ void LeaveDeadSocket(const std::string& name) {
   ASSERT_TRUE(fs::exists(fs::symlink_status(name)));
 }
 
-TEST_F(SocketFile, OfADeadServerIsReplaced) {
-  LeaveDeadSocket(name_);
-  ConnectBoth();
-}
-
 TEST_F(SocketFile, OfADeadServerIsReplacedByOneOfManyThatStartAtOnce) {
   for (int round = 0; round < 1000; ++round) {
     LeaveDeadSocket(name_);
-    std::vector<std::unique_ptr<NamedPipeServer>> servers;
-    for (int i = 0; i < 4; ++i) servers.push_back(std::make_unique<NamedPipeServer>(name_));
+    std::list<NamedPipeServer> servers;
     std::atomic<int> open{0};
     std::atomic<bool> go{false};
     std::vector<std::thread> starts;
-    for (const auto& server : servers) {
-      starts.emplace_back([&] {
+    for (int i = 0; i < 4; ++i) {
+      starts.emplace_back([&, &server = servers.emplace_back(name_)] {
         while (!go) {
         }
-        open += server->Open() ? 1 : 0;
+        open += server.Open() ? 1 : 0;
       });
     }
     go = true;
@@ -76,7 +70,7 @@ TEST_F(SocketFile, OfADeadServerIsReplacedByOneOfManyThatStartAtOnce) {
     NamedPipeClient client(name_);
     ASSERT_TRUE(client.Connect(0));  // the one that is there is the one that can be found
     client.Disconnect();
-    for (const auto& server : servers) server->Close();
+    for (auto& server : servers) server.Close();
   }
 }
 
@@ -90,20 +84,17 @@ TEST_F(SocketFile, OfALiveServerIsLeftAloneAndItsServerHearsNothing) {
   EXPECT_EQ(ipc_test::ReadText(server_, 1), "x");
 }
 
-TEST_F(SocketFile, ThatIsNoSocketIsLeftAlone) {
+TEST_F(SocketFile, ThatIsNoneOrALinkIsLeftAloneAndNotFollowed) {
   std::ofstream(name_) << "precious";
   EXPECT_FALSE(server_.Open());
   EXPECT_EQ(fs::file_size(name_), 8u);
-}
-
-TEST_F(SocketFile, ThatIsALinkIsLeftAloneAndNotFollowed) {
   const std::string target = name_ + "_target";
   for (const bool dead : {false, true}) {
+    fs::remove(name_);
     if (dead) LeaveDeadSocket(target);
     fs::create_symlink(target, name_);
     EXPECT_FALSE(server_.Open());
     EXPECT_EQ(fs::exists(fs::symlink_status(target)), dead);
-    fs::remove(name_);
   }
   fs::remove(target);
 }
@@ -115,20 +106,6 @@ TEST_F(SocketFile, WithATooLongNameFailsAtOnce) {
   client.SetErrorReporter(&clientReports_);
   EXPECT_FALSE(client.Connect(5));
   EXPECT_EQ(clientReports_.Take(), (Lines{"-1004 create file(client connect) failed.", "system"}));
-}
-
-// A body of several socket buffers that trickles in is one read, however many waits it takes.
-TEST_F(SocketFile, APostedReadCollectsABodyThatComesInPieces) {
-  ConnectBoth();
-  std::string body(3, '\0');
-  ASSERT_TRUE(server_.RecvData(body.data(), 3));
-  for (const char* byte : {"a", "b"}) {
-    ASSERT_TRUE(client_.Send(byte, 1));
-    EXPECT_EQ(server_.WaitRecvData(), 0);
-  }
-  ASSERT_TRUE(client_.Send("c", 1));
-  EXPECT_EQ(server_.WaitRecvData(), 3);
-  EXPECT_EQ(body, "abc");
 }
 
 }  // namespace

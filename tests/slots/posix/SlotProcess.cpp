@@ -1,6 +1,8 @@
 // A server of slots for the tests of what processes leave behind. It prints the path of its first slot and then ends in
-// the way that its argument names: "hold" (at the end of its input) or "exit" (at once, with another thread making
-// slots and writing frames all the while).
+// the way that its argument names: "hold" (when it is killed) or "exit" (at once, with another thread making slots and
+// writing frames all the while).
+#include <unistd.h>
+
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -35,17 +37,14 @@ void WriteForEver(std::atomic<int>& rounds) {
 }  // namespace
 
 int main(int, char** arguments) {
-  const std::string end = arguments[1];
   AddStream("ann", "a");
   AddStream("bob", "b");
   Slots().UpdateSlot("a", Picture().meta, Picture().planes);
   std::puts(Slots().Snapshot().at("a").slot->Path().c_str());
   std::fflush(stdout);
-  if (end == "hold") std::getchar();
-  if (end == "exit") {
-    static auto* const rounds = new std::atomic<int>(0);
-    std::thread([] { WriteForEver(*rounds); }).detach();
-    while (*rounds < 50) std::this_thread::yield();
-  }
+  if (arguments[1] == std::string("hold")) pause();
+  static auto* const rounds = new std::atomic<int>(0);
+  std::thread([] { WriteForEver(*rounds); }).detach();
+  while (*rounds < 50) std::this_thread::yield();
   std::exit(0);
 }

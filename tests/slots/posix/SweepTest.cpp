@@ -1,10 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
+#include <ravo/frame_slot.h>
 #include <sys/file.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,63 +9,31 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "reader/FrameReader.h"
+#include "slots/NamedEvent.h"
 #include "slots/Shm.h"
-#include "slots/ShoomSlot.h"
 #include "slots/SlotOwner.h"
+#include "support/Process.h"
 
 namespace {
 
 using namespace TESSARIN_LUMARC::slots;
 using Names = std::vector<std::string>;
 
-// A slot process that tells its path; closing its input ends one that holds.
+// A program with slots, and the path of its first one.
 class SlotProcess {
  public:
-  explicit SlotProcess(const char* end) {
-    int in[2], out[2];
-    EXPECT_EQ(pipe2(in, O_CLOEXEC), 0);
-    EXPECT_EQ(pipe2(out, O_CLOEXEC), 0);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-    std::string program = SLOT_PROCESS, argument = end;
-    char* arguments[] = {program.data(), argument.data(), nullptr};
-    EXPECT_EQ(posix_spawn(&id_, SLOT_PROCESS, &actions, nullptr, arguments, environ), 0);
-    posix_spawn_file_actions_destroy(&actions);
-    close(in[0]);
-    close(out[1]);
-    input_ = in[1];
-    for (char c = 0; read(out[0], &c, 1) == 1 && c != '\n';) path_ += c;
-    close(out[0]);
-  }
-  ~SlotProcess() {
-    if (id_ != 0) End();
+  explicit SlotProcess(const char* end) : process(support::BesideTest("slot_process"), {end}) {
+    EXPECT_TRUE(process.WaitForOut("\n"));
+    path = process.Out().substr(0, process.Out().find('\n'));
+    owner = path.substr(path.find('_') + 1, path.rfind('_') - path.find('_') - 1);
   }
 
-  int End() {
-    close(input_);
-    int status = 0;
-    waitpid(std::exchange(id_, 0), &status, 0);
-    return status;
-  }
-  void Kill() {
-    kill(id_, SIGKILL);
-    EXPECT_TRUE(WIFSIGNALED(End()));
-  }
-  [[nodiscard]] const std::string& Path() const { return path_; }
-  [[nodiscard]] std::string Owner() const {
-    const auto first = path_.find('_') + 1;
-    return path_.substr(first, path_.rfind('_') - first);
-  }
-
- private:
-  pid_t id_ = 0;
-  int input_ = -1;
-  std::string path_;
+  support::Process process;
+  std::string path;
+  std::string owner;
 };
 
 // Whatever in shared memory has the text in its name.
@@ -82,33 +47,33 @@ Names NamesWith(const std::string& text) {
 }
 
 TEST(SlotSweep, RemovesAllThatAKilledProcessLeft) {
-  SlotProcess process("hold");
-  ASSERT_EQ(NamesWith(process.Owner()),
-            (Names{process.Path(), "ravo_owner_" + process.Owner(), "sem.qx_ctl_" + process.Path() + "_main",
-                   "sem.qx_ctl_" + process.Path() + "_side"}));
-  process.Kill();
+  SlotProcess slots("hold");
+  ASSERT_EQ(NamesWith(slots.owner),
+            (Names{slots.path, "ravo_owner_" + slots.owner, "sem.qx_ctl_" + slots.path + "_main",
+                   "sem.qx_ctl_" + slots.path + "_side"}));
+  slots.process.Kill();
+  EXPECT_EQ(slots.process.Wait(), 128 + SIGKILL);
   SweepLeftovers();
-  EXPECT_EQ(NamesWith(process.Owner()), Names{});
+  EXPECT_EQ(NamesWith(slots.owner), Names{});
 }
 
 TEST(SlotSweep, LeavesALivingProcessAlone) {
-  SlotProcess process("hold");
+  SlotProcess slots("hold");
   SweepLeftovers();
-  const auto names = NamesWith(process.Owner());
+  const auto names = NamesWith(slots.owner);
   EXPECT_EQ(names.size(), 4u);
   for (const auto& name : names) {
-    struct stat status = {};
-    EXPECT_EQ(lstat(("/dev/shm/" + name).c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0600u) << name;
+    EXPECT_EQ(std::filesystem::status("/dev/shm/" + name).permissions(), std::filesystem::perms{0600}) << name;
   }
-  EXPECT_EQ(process.End(), 0);
-  EXPECT_EQ(NamesWith(process.Owner()), Names{});
+  slots.process.Kill();
+  slots.process.Wait();
+  SweepLeftovers();
 }
 
 TEST(SlotSweep, NeedsNoneAfterAnExitInTheMiddleOfFrames) {
-  SlotProcess process("exit");
-  EXPECT_EQ(process.End(), 0);
-  EXPECT_EQ(NamesWith(process.Owner()), Names{});
+  SlotProcess slots("exit");
+  EXPECT_EQ(slots.process.Wait(), 0);
+  EXPECT_EQ(NamesWith(slots.owner), Names{});
 }
 
 TEST(SlotSweep, TouchesOnlyNamesOfItsOwnForm) {
@@ -171,16 +136,18 @@ TEST(Shm, IsNotMadeOverASquattedNameNorReadFromAnotherUser) {
   std::filesystem::remove(name);
 }
 
-TEST(Shm, SaysSoWhenTheMemoryIsNotThere) {
-  rlimit old = {};
-  getrlimit(RLIMIT_FSIZE, &old);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small = {1 << 20, old.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  EXPECT_EQ(shoom::Shm("ravo_shm_full", 2 << 20).Create(true), 100);
-  setrlimit(RLIMIT_FSIZE, &old);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_EQ(NamesWith("ravo_shm_full"), Names{});
+// What stands under the name may be anybody's. Here a segment has the size that it was made with, and no whole page.
+TEST(FrameReader, OpensNoSegmentWithoutRoomForAHeader) {
+  const std::string path = "1_" + std::to_string(getpid()) + "_1";
+  const NamedEvent event(RAVO_SLOT_EVENT_PREFIX + path + RAVO_SLOT_MAIN_SUFFIX);
+  const auto opens = [&](std::uint32_t sizeBytes) {
+    shoom::Shm segment(path, sizeBytes);
+    EXPECT_EQ(segment.Create(true), shoom::Shm::kOk);
+    std::string error;
+    return ravo::client::FrameReader::Open(path, error) != nullptr;
+  };
+  EXPECT_FALSE(opens(RAVO_SLOT_HEADER_BYTES - 1));
+  EXPECT_TRUE(opens(RAVO_SLOT_HEADER_BYTES));
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
-#include "common/JsonNode.h"
-
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "common/Fnv1a.h"
+#include "common/JsonNode.h"
+#include "common/JsonWriter.h"
 
 using namespace TESSARIN_COMMON;
 
@@ -20,6 +22,15 @@ struct Drawing {
   std::vector<std::string> tags{"default"};
 };
 
+struct Mixed {
+  std::int64_t kind = 0;
+  std::int64_t wide = 0;
+  char fixed[4] = {};
+  const char* pointer = "";
+  bool flag = false;
+  double ratio = 0;
+};
+
 }  // namespace
 
 template <>
@@ -29,6 +40,11 @@ constexpr auto TESSARIN_COMMON::kFields<Drawing> = Fields(Field{"name", &Drawing
                                                           Field{"origin", &Drawing::origin},
                                                           Field{"points", &Drawing::points},
                                                           Field{"tags", &Drawing::tags});
+template <>
+constexpr auto TESSARIN_COMMON::kFields<Mixed> = Fields(Field{"kind", &Mixed::kind, Narrow::Int32OnWrite},
+                                                        Field{"wide", &Mixed::wide}, Field{"fixed", &Mixed::fixed},
+                                                        Field{"pointer", &Mixed::pointer}, Field{"flag", &Mixed::flag},
+                                                        Field{"ratio", &Mixed::ratio});
 
 namespace {
 
@@ -70,7 +86,6 @@ TEST(JsonNode, FailuresNameTheirPlace) {
   } cases[] = {
       {R"({"name":1})", "type unmatch[name]"},
       {R"({"origin":{"x":1.0}})", "type unmatch[origin.x]"},
-      {R"({"origin":{"x":9223372036854775808}})", "type unmatch[origin.x]"},
       {R"({"origin":{"on":"true"}})", "wish bool, but not bool or int[origin.on]"},
       {R"({"origin":5})", "IsObject()[origin.x]"},
       {R"({"points":[{},{"x":"1"}]})", "type unmatch[points.[1].x]"},
@@ -80,8 +95,6 @@ TEST(JsonNode, FailuresNameTheirPlace) {
       {R"({"name" 1})", "Parse json string fail. err=Missing a colon after a name of object member.. offset=1}"},
       {R"({"name":!2345678901234567890123456789012345})",
        "Parse json string fail. err=Invalid value.. offset=!2345678901234567890123456789012"},
-      {" ]", "Parse json string fail. err=Invalid value.. offset=]"},
-      {" ", "Parse json string fail. err=The document is empty.. offset="},
       {R"({"origin":{"y":2905e307}})",  // an infinity could not be written again
        "Parse json string fail. err=Number too big to be stored in double.. offset=2905e307}}"},
   };
@@ -94,8 +107,8 @@ TEST(JsonNode, NestingDoesNotUseUpTheStack) {
   EXPECT_EQ(Read(text).name, "n");
 }
 
-TEST(JsonNode, TypedGettersKeepTheirRules) {
-  JsonNode root(R"({"two":2,"big":4294967296,"half":0.5,"yes":true,"minus":-1})");
+TEST(JsonNode, GettersAndNavigationKeepTheirRules) {
+  JsonNode root(R"({"two":2,"big":4294967296,"minus":-1,"list":[1,2]})");
   bool flag = false;
   EXPECT_TRUE(root.Get("two", flag) && flag);
   EXPECT_TRUE(root.Get("minus", flag) && flag);
@@ -108,10 +121,7 @@ TEST(JsonNode, TypedGettersKeepTheirRules) {
   EXPECT_THROW(root.Get("minus", wide), std::runtime_error);
   EXPECT_FALSE(root.Get("none", number));
   EXPECT_THROW(root.Get("none", number, JsonNode::kMandatory), std::runtime_error);
-}
 
-TEST(JsonNode, NavigationChecksKindAndBounds) {
-  JsonNode root(R"({"list":[1,2]})");
   JsonNode& list = *root.Find("list");
   EXPECT_EQ(list.Size(), 2u);
   EXPECT_EQ(root.Size(), 0u);
@@ -124,6 +134,44 @@ TEST(Fnv1a, MatchesThePublishedVectors) {
   EXPECT_EQ(Fnv1a(""), 0x811c9dc5u);
   EXPECT_EQ(Fnv1a("a"), 0xe40c292cu);
   EXPECT_EQ(Fnv1a("foobar"), 0xbf9cf968u);
+}
+
+TEST(JsonWriter, WritesARecordInFieldOrderNarrowingWhereTheFieldSaysSo) {
+  const Mixed mixed{.kind = 0x100000005,
+                    .wide = 0x100000005,
+                    .fixed = {'a', 'b', '\0', 'c'},
+                    .pointer = "\"q\"",
+                    .flag = true,
+                    .ratio = 0.5};
+  EXPECT_EQ(JsonText(mixed), R"({"kind":5,"wide":4294967301,"fixed":"ab","pointer":"\"q\"","flag":true,"ratio":0.5})");
+}
+
+TEST(JsonWriter, ATextWithoutAnEndStopsAtItsArrayAndANullTextRaises) {
+  Mixed mixed{.fixed = {'x', 'x', 'x', 'x'}};
+  EXPECT_NE(JsonText(mixed).find(R"("fixed":"xxxx")"), std::string::npos);
+  mixed.pointer = nullptr;
+  try {
+    (void)JsonText(mixed);
+    FAIL() << "no failure";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "str != 0");
+  }
+}
+
+TEST(JsonWriter, OptionsSkipOrNullWhatIsEmpty) {
+  JsonWriter writer;
+  writer.StartObject();
+  writer.Add("a", 0, JsonWriter::kSkipEmpty);
+  writer.Add("b", std::string_view(), JsonWriter::kEmptyAsNull);
+  writer.Add("c", std::int64_t{0});
+  writer.Add("d", 1, JsonWriter::kSkipEmpty | JsonWriter::kEmptyAsNull);
+  writer.EndObject();
+  EXPECT_EQ(writer.Text(), R"({"b":null,"c":0,"d":1})");
+}
+
+TEST(JsonWriter, NumbersThatJsonLacksBecomeNull) {
+  EXPECT_EQ(JsonText(std::numeric_limits<double>::quiet_NaN()), "null");
+  EXPECT_EQ(JsonText(std::vector<double>{1.0, std::numeric_limits<double>::infinity()}), "[1.0,null]");
 }
 
 }  // namespace

@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
-#include "common/JsonNode.h"
 #include "common/JsonWriter.h"
+#include "manager/EngineOptions.h"
 
 using namespace TESSARIN_COMMON;
+using namespace TESSARIN_LUMARC;
 
 namespace {
 
@@ -50,21 +49,6 @@ TEST(ServerOption, AnEmptyTextGivesEveryKeyItsDefault) {
   EXPECT_EQ(JsonText(ParseServerOption("{}")), kDefaults);
 }
 
-TEST(ServerOption, WhatIsWrittenReadsBackTheSame) {
-  const char* text =
-      R"({"serverName":"s","subscribeMaxNumber":3,"enableLib":2,"videoProfiles":[{"width":1280,"height":720}],)"
-      R"("proxyConfigs":[{"proxyType":1,"proxyIp":"10.0.0.1","proxyPort":8080}],"deviceNameBlackList":["a","b"],)"
-      R"("ignoreDefaultDeviceIds":[],"monitorExtendConfig":{"in_meeting_snap_duration":5},"logVersion":7})";
-  const std::string once = JsonText(ParseServerOption(text));
-  EXPECT_EQ(JsonText(ParseServerOption(once)), once);
-  const ServerOption option = ParseServerOption(once);
-  EXPECT_TRUE(option.enableLib);
-  EXPECT_EQ(option.videoProfiles.at(0).width, 1280);
-  EXPECT_TRUE(option.ignoreDefaultDeviceIds.empty());
-  EXPECT_EQ(option.monitorExtendConfig.in_meeting_snap_duration, 5);
-  EXPECT_EQ(option.monitorExtendConfig.not_meeting_log_duration, 1800000);
-}
-
 TEST(ServerOption, EnumerationsAreHeldInSixtyFourBitsAndWrittenInThirtyTwo) {
   const char* text =
       R"({"logVersion":4294967303,"resourceEnv":4294967298,"audioProfile":4294967297,"sleepTime":4294967297,)"
@@ -78,32 +62,35 @@ TEST(ServerOption, EnumerationsAreHeldInSixtyFourBitsAndWrittenInThirtyTwo) {
   }
 }
 
-TEST(ServerOption, FailuresNameTheKey) {
-  const struct {
-    const char* text;
-    const char* failure;
-  } cases[] = {
-      {"[]", "IsObject()[serverName]"},
-      {R"({"subscribeMaxNumber":10.0})", "type unmatch[subscribeMaxNumber]"},
-      {R"({"subscribeMaxNumber":"10"})", "type unmatch[subscribeMaxNumber]"},
-      {R"({"mainProcessPid":4294967296})", "type unmatch[mainProcessPid]"},
-      {R"({"enableLib":"true"})", "wish bool, but not bool or int[enableLib]"},
-      {R"({"proxyConfigs":[{},{"proxyPort":"80"}]})", "type unmatch[proxyConfigs.[1].proxyPort]"},
-      {R"({"vendorTypeConfig":7})", "IsObject()[vendorTypeConfig.vendorType]"},
-      {"{", "Parse json string fail. err=Missing a name for object member.. offset="},
-  };
-  for (const auto& c : cases) {
-    try {
-      (void)ParseServerOption(c.text);
-      ADD_FAILURE() << c.text;
-    } catch (const std::runtime_error& error) {
-      EXPECT_STREQ(error.what(), c.failure);
-    }
+// The whole text is in the test of the server's start.
+TEST(EngineOptions, TheVendorsEnvironmentIsTwoButForTheThird) {
+  TESSARIN_COMMON::VendorTypeConfig vendor;
+  for (const std::int64_t type : {0, 1, 2, 3, 4, -1}) {
+    vendor.vendorType = type;
+    const char* const expected = type == 3 ? R"("rtc.env" : 0,)" : R"("rtc.env" : 2,)";
+    EXPECT_NE(VendorParams(vendor).find(expected), std::string::npos) << type;
   }
 }
 
-TEST(ServerOption, AListGivenAsANumberIsEmptyAndNoFailure) {
-  EXPECT_TRUE(ParseServerOption(R"({"videoProfiles":5,"ignoreDefaultDeviceIds":5})").ignoreDefaultDeviceIds.empty());
+TEST(EngineOptions, FgMembersWithAKnownPrefixAreListedInTheirOrder) {
+  const struct {
+    const char* config;
+    const char* params;
+  } cases[] = {
+      {"", ""},
+      {"{}", R"({"rtc.fg_config":""})"},
+      {"no json", R"({"rtc.fg_config":""})"},
+      {R"({"room.fg.rtc.a":1,"share.fg.rtc.b":true,"other.c":5})", R"({"rtc.fg_config":"a=1,b=true"})"},
+      {R"({"tessarin.callmeeting.client.rtc.  x":"v","room.fg.rtc.y":1.5})", R"({"rtc.fg_config":"x=v,y=1"})"},
+      {R"({"room.fg.rtc.list":[1],"room.fg.rtc.null":null,"room.fg.rtc.off":false})",
+       R"({"rtc.fg_config":"off=false"})"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(FgParams(c.config), c.params) << c.config;
+}
+
+TEST(EngineOptions, TheDeviceIdGoesInAsItIsAndALongOneIsCut) {
+  EXPECT_EQ(DeviceIdParams("\"d1\""), R"({"rtc.device_id":"d1"})");
+  EXPECT_EQ(DeviceIdParams(std::string(5000, 'x')).size(), 1023u);
 }
 
 }  // namespace
