@@ -14,11 +14,13 @@ template <auto Registration>
 void SendThumbnails(const std::vector<std::int64_t>& ids, std::int64_t width, std::int64_t height) {
   Stage::Get().After(kThumbnailDelay, [=] {
     std::vector<std::string> texts;
+    texts.reserve(ids.size());
     for (const auto id : ids) {
       texts.push_back("sim-thumbnail:" + std::to_string(id) + ":" + std::to_string(width) + "x" +
                       std::to_string(height));
     }
     std::vector<Thumbnail> thumbnails;
+    thumbnails.reserve(ids.size());
     for (std::size_t i = 0; i < ids.size(); ++i) thumbnails.push_back({ids[i], texts[i].c_str()});
     Emit<Registration>(thumbnails.data(), static_cast<std::int32_t>(thumbnails.size()));
   });

@@ -25,6 +25,7 @@ StopModules SetOf(const char* const* modules, std::uint32_t count) {
 
 std::vector<char*> NewTexts(const std::vector<std::string>& texts) {
   std::vector<char*> copies;
+  copies.reserve(texts.size());
   for (const std::string& text : texts) copies.push_back(NewText(text));
   return copies;
 }

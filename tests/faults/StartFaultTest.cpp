@@ -58,8 +58,8 @@ std::string LoadEngine() {
   const bool loaded = api.Load(support::BesideTest(TINY_ENGINE));
   faults::Disarm();
   if (!loaded) return log.Lines().empty() ? "silence" : log.Lines().back().text.substr(0, 23);
-  const int found = static_cast<int>(static_cast<bool>(api.SetDevice)) +
-                    static_cast<int>(static_cast<bool>(api.OnDeviceChange));
+  const int found =
+      static_cast<int>(static_cast<bool>(api.SetDevice)) + static_cast<int>(static_cast<bool>(api.OnDeviceChange));
   return found == 2 ? "done" : "without an entry";
 }
 
