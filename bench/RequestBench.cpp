@@ -31,7 +31,7 @@ class Contest {
   Contest() {
     int number = 0;
     std::vector<std::string> paths;
-    for (const EchoPeer& peer : EchoPeers()) {  // clients may start threads, so all processes come first
+    for (const EchoPeer& peer : EchoPeers()) {  // clients start threads of their libraries, so all processes come first
       paths.push_back(folder_.Path("peer" + std::to_string(number++)));
       if (peer.serve != nullptr) servers_.emplace_back([&] { peer.serve(paths.back()); });
     }
@@ -84,9 +84,12 @@ void RequestSubject(const std::string& out) {
   table.Finish(out);
 }
 
-// On one core every reply lets the client run, and every second switch is for that; on all cores both run at once, as
-// they do at a user's.
+// On one core every reply lets the client run, and most switches are for that; on all cores both run at once, as they
+// do at a user's.
 void InFlightSubject(const std::string& out) {
+  UseCores(Cores::All);
+  const Server server;
+  UseCores(Cores::One);
   const Contest contest;
   Table table("inflight", "32 requests in flight; an echo of the same bytes", "requests/s", Table::Better::Higher);
   const auto flight = [](const Size& size) {
@@ -100,7 +103,6 @@ void InFlightSubject(const std::string& out) {
   table.Compare(kLarge.name, contest.Sides(flight(kLarge)), {{}, {}, {}, {}, {}, {}}, kRounds);
 
   UseCores(Cores::All);
-  const Server server;
   Link link(server.Pipe());
   link.ReceiveWith("\"INIT\"");
   const auto ours = [&, work = flight(kSmall)](Samples& samples) { work(link, samples); };

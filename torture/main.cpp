@@ -30,7 +30,7 @@ constexpr Run kRuns[] = {
     {"silent-leavers", torture::SilentLeavers, 10'000, 900, 10'000, 150},
     {"stalling-reader", torture::StallingReader, 1'000'000, 50'000, 1'000'000, 50'000},
     {"size-changes", torture::SizeChanges, 10'000, 1000, 10'000, 1000},
-    {"soak", torture::Soak, 3600, 30, 3600, 10},
+    {"soak", torture::Soak, 3600, 60, 3600, 10},
 };
 
 // A run as the command line asks for it. COUNT 0: as often as the table says.

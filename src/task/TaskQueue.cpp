@@ -28,9 +28,10 @@ void TaskBatch::BeginChunk() {
 
 void TaskBatch::Clear() {
   constexpr std::size_t kKeptChunks = 256;
-  const std::size_t kept = std::max(kKeptChunks, count_ / kChunkTasks + 1);
+  const std::size_t used = (count_ + kChunkTasks - 1) / kChunkTasks;
+  for (std::size_t i = 0; i < used; ++i) chunks_[i].clear();
+  const std::size_t kept = std::max(kKeptChunks, used);
   if (chunks_.size() > kept) chunks_.resize(kept);
-  for (auto& chunk : chunks_) chunk.clear();
   count_ = 0;
 }
 

@@ -45,6 +45,7 @@ class TaskBatch {
   template <class Visit>
   void ForEach(Visit visit) {
     for (auto& chunk : chunks_) {
+      if (chunk.empty()) return;  // so are all that are kept behind it
       for (Task& task : chunk) visit(task);
     }
   }

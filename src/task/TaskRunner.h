@@ -22,7 +22,8 @@ struct Task;
 
 // A queue of closures and the one thread that runs them, in the order of posting. Any thread posts. Closures run with
 // no lock held and may post to their own runner; what they throw is caught by nobody and ends the process. A task that
-// waited more than 300 ms or ran more than 200 ms leaves a line in the log, and nothing else happens to it.
+// waited more than 300 ms or ran more than 200 ms leaves a line in the log, and nothing else happens to it. Times are
+// those of the system's last tick, some milliseconds old.
 class TaskRunner : public Runnable {
  public:
   enum Type : int { kNormal = 0, kMain = 2, kDevice = 3, kCallback = 4, kMonitor = 5 };

@@ -26,7 +26,7 @@ inline void RelaxCore() {
 }
 
 // Lets one thread sleep until another wakes it: set once, it lets one wait through. Not the standard library's atomic
-// wait on every platform: where that has no help of the system it may miss a wake-up.
+// wait: it may miss a wake-up where the system has no help for it, and yields some times before it sleeps.
 class AutoResetEvent {
  public:
   AutoResetEvent();

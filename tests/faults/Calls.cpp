@@ -45,12 +45,15 @@ RAVO_FAULT(EACCES, -1, int, bind, (int fd, const sockaddr* address, socklen_t si
 RAVO_FAULT(EADDRINUSE, -1, int, listen, (int fd, int backlog), fd, backlog)
 RAVO_FAULT(EMFILE, -1, int, accept4, (int fd, sockaddr* address, socklen_t* size, int flags), fd, address, size, flags)
 RAVO_FAULT(EACCES, -1, int, connect, (int fd, const sockaddr* address, socklen_t size), fd, address, size)
+RAVO_FAULT(ENOBUFS, -1, int, shutdown, (int fd, int how), fd, how)
 RAVO_FAULT(EMFILE, -1, int, eventfd, (unsigned count, int flags), count, flags)
 RAVO_FAULT(EINTR, -1, int, poll, (pollfd * fds, nfds_t count, int timeout), fds, count, timeout)
 RAVO_FAULT(ENOBUFS, -1, ssize_t, sendmsg, (int fd, const msghdr* message, int flags), fd, message, flags)
 RAVO_FAULT(ENOBUFS, -1, ssize_t, send, (int fd, const void* data, size_t size, int flags), fd, data, size, flags)
 RAVO_FAULT(ENOMEM, -1, ssize_t, recvmsg, (int fd, msghdr* message, int flags), fd, message, flags)
 RAVO_FAULT(EPERM, -1, int, fchmod, (int fd, mode_t mode), fd, mode)
+RAVO_FAULT(ENOMEM, -1, int, fstat, (int fd, struct stat* status), fd, status)
+RAVO_FAULT(EINVAL, -1, int, sem_getvalue, (sem_t * semaphore, int* value), semaphore, value)
 RAVO_FAULT(ENFILE, -1, int, shm_open, (const char* name, int flags, mode_t mode), name, flags, mode)
 RAVO_FAULT(ENOMEM, MAP_FAILED, void*, mmap,
            (void* address, size_t size, int protection, int flags, int fd, off_t offset), address, size, protection,
@@ -68,6 +71,15 @@ RAVO_FAULT(0, EAGAIN, int, pthread_create,
            (pthread_t * thread, const pthread_attr_t* attributes, void* (*entry)(void*), void* argument), thread,
            attributes, entry, argument)
 RAVO_FAULT(0, EAGAIN, int, pthread_key_create, (pthread_key_t * key, void (*end)(void*)), key, end)
+
+int __real_open(const char* path, int flags, ...);
+int __wrap_open(const char* path, int flags, ...) {
+  va_list rest;
+  va_start(rest, flags);
+  const mode_t mode = va_arg(rest, mode_t);
+  va_end(rest);
+  return OrFail<int>("open", EMFILE, -1, __real_open, path, flags, mode);
+}
 
 sem_t* __real_sem_open(const char* name, int flags, ...);
 sem_t* __wrap_sem_open(const char* name, int flags, ...) {
@@ -89,6 +101,18 @@ void* operator new(std::size_t size) {
 }
 void* operator new[](std::size_t size) {
   return operator new(size);
+}
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  const auto bytes = static_cast<std::size_t>(alignment);
+  void* const memory = IsToFail(kMemory) ? nullptr : std::aligned_alloc(bytes, (size + bytes - 1) / bytes * bytes);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+void operator delete(void* memory, std::align_val_t) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
+  std::free(memory);
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);

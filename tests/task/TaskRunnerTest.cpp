@@ -4,8 +4,10 @@
 
 #include <chrono>
 #include <future>
+#include <memory>
 #include <numeric>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "support/FakeClock.h"
@@ -59,6 +61,23 @@ TEST_F(TaskRunnerTest, RunsTasksOfManyThreadsOnceEachAndInTheirPostersOrder) {
   for (const auto& list : seen) EXPECT_EQ(list, expected);
 }
 
+TEST_F(TaskRunnerTest, KeepsTheOrderOfABurstAndServesOnAfterIt) {
+  constexpr int kBurst = 20000;  // more than a runner keeps memory for
+  ASSERT_TRUE(runner_.StartRunner());
+  std::vector<int> seen;
+  for (const int count : {kBurst, 1, kBurst, 65}) {
+    support::Semaphore gate;
+    Block(gate);
+    seen.clear();
+    for (int i = 0; i < count; ++i) runner_.PostTask(kHere, [&seen, i] { seen.push_back(i); });
+    gate.release();
+    Drain();
+    std::vector<int> expected(static_cast<std::size_t>(count));
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(seen, expected);
+  }
+}
+
 TEST_F(TaskRunnerTest, BudgetsReportOnlyWhatIsStrictlyOver) {
   ASSERT_TRUE(runner_.StartRunner());
   const struct {
@@ -97,9 +116,12 @@ TEST_F(TaskRunnerTest, StopDropsTheQueueAndReleasesTheCallerOfABlockingPost) {
     support::Semaphore gate;
     Block(gate);
     bool ran = false;
-    runner_.PostTask(kHere, [&] { ran = true; });
+    auto held = std::make_shared<int>();
+    const std::weak_ptr<int> queued = held;
+    runner_.PostTask(kHere, [&ran, held = std::move(held)] { ran = true; });
     auto waiter = std::async(std::launch::async, [&] { return runner_.PostTaskAndWait(kHere, [] {}); });
     std::thread stopper([&] { runner_.StopRunner(); });
+    while (!queued.expired()) std::this_thread::yield();  // until the stop drops it
     released = waiter.wait_for(std::chrono::milliseconds(100)) == std::future_status::ready;
     gate.release();
     stopper.join();

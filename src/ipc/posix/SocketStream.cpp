@@ -74,8 +74,7 @@ int SocketStream::WaitPeer() {
     const int error = Accept();
     if (error != EAGAIN) return error;
     const std::lock_guard lock(mutex_);
-    if (woken_) return ECANCELED;
-    const int listenError = ListenAt(name_, listener_);
+    const int listenError = woken_ ? ECANCELED : ListenAt(name_, listener_);
     NoteLink();
     if (listenError != 0) return listenError;
   }
@@ -269,9 +268,9 @@ void SocketStream::Receive() {
 }
 
 bool SocketStream::ReceiveSoon() {
-  return lookAhead_([this] {
+  return lookAhead_([this, before = filled_] {
     Receive();
-    return filled_ > 0 || gone_ != 0;
+    return filled_ > before || gone_ != 0;
   });
 }
 
