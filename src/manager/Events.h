@@ -102,8 +102,8 @@ struct EventRow {
   void (*registerWith)(const EngineApi& api);
 };
 
-// The functions that the engine calls. What they throw, for want of memory mostly, ends the process here: the engine's own
-// frames are not to be unwound.
+// The functions that the engine calls. What they throw, for want of memory mostly, ends the process here: the engine's
+// own frames are not to be unwound.
 template <class Member>
 struct CallbackTypes;
 template <class Table, class... A>
