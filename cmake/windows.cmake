@@ -12,7 +12,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # The prefix belongs to the build, and Wine's own messages stay out of the tests' output.
-set(CMAKE_CROSSCOMPILING_EMULATOR env WINEDEBUG=-all WINEPREFIX=${CMAKE_BINARY_DIR}/wine wine)
+# The locale lets Wine give files any name.
+set(CMAKE_CROSSCOMPILING_EMULATOR env LC_ALL=C.UTF-8 WINEDEBUG=-all WINEPREFIX=${CMAKE_BINARY_DIR}/wine wine)
 
 # The system's walk of a 32-bit stack goes by the frame pointers.
 set(CMAKE_C_FLAGS_INIT "-fno-omit-frame-pointer")
