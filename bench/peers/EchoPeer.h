@@ -9,6 +9,11 @@
 // over a Unix socket.
 namespace bench {
 
+// How libraries with addresses of their own write a socket's path.
+inline std::string IpcUrl(const std::string& path) {
+  return "ipc://" + path;
+}
+
 constexpr int kInFlight = 32;
 
 class EchoClient {

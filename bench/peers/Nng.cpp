@@ -11,15 +11,11 @@ namespace bench {
 
 namespace {
 
-std::string Address(const std::string& path) {
-  return "ipc://" + path;
-}
-
 class Client final : public EchoClient {
  public:
   explicit Client(const std::string& path) {
     Require(nng_req0_open(&socket_) == 0, "nng_req0_open");
-    Require(nng_dial(socket_, Address(path).c_str(), nullptr, 0) == 0, "nng_dial");
+    Require(nng_dial(socket_, IpcUrl(path).c_str(), nullptr, 0) == 0, "nng_dial");
     for (Slot& slot : slots_) {
       Require(nng_ctx_open(&slot.context, socket_) == 0, "nng_ctx_open");
       Require(nng_aio_alloc(&slot.aio, nullptr, nullptr) == 0, "nng_aio_alloc");
@@ -79,7 +75,7 @@ class Client final : public EchoClient {
 void ServeNng(const std::string& path) {
   nng_socket socket{};
   Require(nng_rep0_open_raw(&socket) == 0, "nng_rep0_open_raw");
-  Require(nng_listen(socket, Address(path).c_str(), nullptr, 0) == 0, "nng_listen");
+  Require(nng_listen(socket, IpcUrl(path).c_str(), nullptr, 0) == 0, "nng_listen");
   for (;;) {
     nng_msg* message = nullptr;
     if (nng_recvmsg(socket, &message, 0) != 0 || nng_sendmsg(socket, message, 0) != 0) return;

@@ -9,10 +9,6 @@ namespace bench {
 
 namespace {
 
-std::string Address(const std::string& path) {
-  return "ipc://" + path;
-}
-
 class Client final : public EchoClient {
  public:
   explicit Client(const std::string& path) : request_(Open(path, ZMQ_REQ)), dealer_(Open(path, ZMQ_DEALER)) {}
@@ -38,7 +34,7 @@ class Client final : public EchoClient {
  private:
   void* Open(const std::string& path, int type) {
     void* const socket = zmq_socket(context_, type);
-    Require(zmq_connect(socket, Address(path).c_str()) == 0, "zmq_connect");
+    Require(zmq_connect(socket, IpcUrl(path).c_str()) == 0, "zmq_connect");
     return socket;
   }
   static void Send(void* socket, const std::string& payload, int flags) {
@@ -58,7 +54,7 @@ class Client final : public EchoClient {
 
 void ServeZeroMq(const std::string& path) {
   void* const socket = zmq_socket(zmq_ctx_new(), ZMQ_ROUTER);
-  Require(zmq_bind(socket, Address(path).c_str()) == 0, "zmq_bind");
+  Require(zmq_bind(socket, IpcUrl(path).c_str()) == 0, "zmq_bind");
   for (;;) {
     zmq_msg_t part;
     zmq_msg_init(&part);
