@@ -11,7 +11,8 @@ class MessageLoop {
  public:
   // Called on the host's thread before Run.
   void Attach();
-  // Returns after Quit, where the platform lets a thread return beside the one that ends the process.
+  // Serves the thread until Quit, and then keeps it: a host whose main returned now would call exit beside EndProcess,
+  // and the two would run the process's exit functions side by side.
   void Run();
   // Any thread. Lets Run end; before Attach it only keeps a later Run from blocking.
   void Quit();
@@ -21,6 +22,9 @@ class MessageLoop {
   std::atomic<bool> serverRunning_{true};
   std::atomic<std::uint32_t> mainThreadId_{0};  // for the message; elsewhere for debuggers
 };
+
+// exit(0), safe while all other threads still run.
+[[noreturn]] void EndProcess();
 
 // Tells the system that the process draws in real pixels. Nothing where the system has no such notion.
 void SetDpiAwareness();

@@ -1,6 +1,5 @@
 #include "RavoManager.h"
 
-#include <cstdlib>
 #include <stdexcept>
 #include <utility>
 
@@ -155,7 +154,7 @@ void RavoManager::StopTask() {
   CallUninitCallback();
   messageLoop.Quit();
   Log("RavoManager::DestroyServer3");
-  std::exit(0);
+  EndProcess();
 }
 
 void RavoManager::SendDataToIpc(const char* data, std::uint32_t length) {

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
+
 #include "common/Platform.h"
 
 namespace TESSARIN_LUMARC {
@@ -14,14 +16,16 @@ void MessageLoop::Attach() {
 
 void MessageLoop::Run() {
   serverRunning_.wait(true);
-  // The runner is about to call exit(0). A host whose main returned now would call it a second time, and the two
-  // would run the process's exit functions side by side.
   for (;;) pause();
 }
 
 void MessageLoop::Quit() {
   serverRunning_ = false;
   serverRunning_.notify_all();
+}
+
+void EndProcess() {
+  std::exit(0);
 }
 
 void SetDpiAwareness() {}

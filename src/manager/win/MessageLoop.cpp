@@ -1,5 +1,7 @@
 #include "../MessageLoop.h"
 
+#include <malloc.h>
+#include <process.h>
 #include <windows.h>
 
 #include "log/LogInstance.h"
@@ -18,6 +20,8 @@ Call Find(HMODULE module, const char* name) {
 using SetContextCall = BOOL(WINAPI*)(void* context);
 using SetAwarenessCall = HRESULT(WINAPI*)(int awareness);
 using SetAwareCall = BOOL(WINAPI*)();
+using LockLoaderCall = LONG(WINAPI*)(ULONG flags, ULONG* state, ULONG_PTR* cookie);
+using LockProcessCall = void(WINAPI*)();
 
 // The system's values for per-monitor awareness.
 void* const kPerMonitor = reinterpret_cast<void*>(-3);
@@ -40,11 +44,26 @@ void MessageLoop::Run() {
     TranslateMessage(&message);
     DispatchMessageA(&message);
   }
+  for (;;) Sleep(INFINITE);
 }
 
 void MessageLoop::Quit() {
   serverRunning_ = false;
   PostThreadMessageA(mainThreadId_, WM_QUIT, 0, 0);
+}
+
+// The two steps of exit(0). Between them it takes the locks under which ExitProcess ends the other threads, in the
+// order of the system itself: a thread that ended inside one would leave this one, which goes on to unload and to free,
+// to wait for it. Windows does so on its own, but for the heap of the C library; an emulator need not.
+void EndProcess() {
+  _cexit();
+  const HMODULE system = GetModuleHandleA("ntdll.dll");
+  ULONG_PTR cookie = 0;
+  if (const auto lockLoader = Find<LockLoaderCall>(system, "LdrLockLoaderLock")) lockLoader(0, nullptr, &cookie);
+  if (const auto lockProcess = Find<LockProcessCall>(system, "RtlAcquirePebLock")) lockProcess();
+  HeapLock(reinterpret_cast<HANDLE>(_get_heap_handle()));
+  HeapLock(GetProcessHeap());
+  ExitProcess(0);
 }
 
 // The modules stay loaded. The oldest call is looked up under a name that systems with other capitals do not have;
