@@ -9,6 +9,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "common/JsonWriter.h"
 
@@ -47,7 +48,8 @@ int AcceptOne(const std::string& path, int flags) {
   return peer;
 }
 
-Link::Link(const std::string& path) : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+Link::Link(const std::string& path, std::string answer)
+    : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)), answer_(std::move(answer)) {
   const sockaddr_un address = AddressOf(path);
   constexpr int kTries = 100'000;
   int result = -1;
@@ -90,14 +92,14 @@ std::string_view Link::ReceiveWith(std::string_view word) {
 
 void Link::RoundTrip(const std::string& frame) {
   Send(frame);
-  Receive();
+  ReceiveWith(answer_);
 }
 
 void Link::Flight(const std::string& frame, int count) {
   int sent = 0;
   for (int received = 0; received < count; ++received) {
     for (; sent < count && sent < received + kInFlight; ++sent) Send(frame);
-    Receive();
+    ReceiveWith(answer_);
   }
 }
 

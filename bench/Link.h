@@ -15,8 +15,10 @@ namespace bench {
 // one thread.
 class Link final : public EchoClient {
  public:
-  // Tries until somebody listens.
-  explicit Link(const std::string& path);
+  // Tries until somebody listens. Of what comes in, the messages with the word `answer` answer a trip or a flight, by
+  // default all: a server also has events to tell, and a trip that ended with one would leave all later ones to be
+  // answered ahead of their time.
+  explicit Link(const std::string& path, std::string answer = {});
   ~Link() override;
   Link(const Link&) = delete;
   Link& operator=(const Link&) = delete;
@@ -36,12 +38,14 @@ class Link final : public EchoClient {
   void Fill();
 
   int socket_;
+  const std::string answer_;
   std::vector<char> buffer_ = std::vector<char>(1 << 20);
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
 };
 
 // A request as it stands on the pipe; `content` is a JSON array. Its body has at least so many bytes.
+inline constexpr char kResponse[] = "\"CALL_RESPONSE\"";  // what its answers hold
 [[nodiscard]] std::string RequestFrame(const std::string& key, const std::string& content, std::size_t bodyBytes = 0);
 
 }  // namespace bench

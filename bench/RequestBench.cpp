@@ -35,7 +35,7 @@ class Contest {
       paths.push_back(folder_.Path("peer" + std::to_string(number++)));
       if (peer.serve != nullptr) servers_.emplace_back([&] { peer.serve(paths.back()); });
     }
-    auto ours = std::make_unique<Link>(server_.Pipe());
+    auto ours = std::make_unique<Link>(server_.Pipe(), kResponse);
     ours->ReceiveWith("\"INIT\"");
     names_.emplace_back("ravo");
     clients_.push_back(std::move(ours));
@@ -103,7 +103,7 @@ void InFlightSubject(const std::string& out) {
   table.Compare(kLarge.name, contest.Sides(flight(kLarge)), {{}, {}, {}, {}, {}, {}}, kRounds);
 
   UseCores(Cores::All);
-  Link link(server.Pipe());
+  Link link(server.Pipe(), kResponse);
   link.ReceiveWith("\"INIT\"");
   const auto ours = [&, work = flight(kSmall)](Samples& samples) { work(link, samples); };
   table.Compare("300 B, all cores", {{"ravo", ours}}, {limit}, kRounds);
