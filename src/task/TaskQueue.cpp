@@ -28,11 +28,13 @@ void TaskBatch::BeginChunk() {
 
 void TaskBatch::Clear() {
   constexpr std::size_t kKeptChunks = 256;
+  constexpr std::size_t kSpareShare = 16;
   const std::size_t used = (count_ + kChunkTasks - 1) / kChunkTasks;
   for (std::size_t i = 0; i < used; ++i) chunks_[i].clear();
-  const std::size_t kept = std::max(kKeptChunks, used);
-  if (chunks_.size() > kept) chunks_.resize(kept);
   count_ = 0;
+  if (chunks_.size() <= kKeptChunks) return;
+  const std::size_t spare = chunks_.size() - used;
+  chunks_.resize(std::max(kKeptChunks, chunks_.size() - (spare + kSpareShare - 1) / kSpareShare));
 }
 
 void TaskBatch::Swap(TaskBatch& other) {

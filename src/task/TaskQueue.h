@@ -34,7 +34,8 @@ struct Task {
 };
 
 // Tasks in the order of posting, of one thread at a time. They lie in chunks that stay where they are while the batch
-// grows, and that a cleared batch keeps for its next tasks; those of a burst go after a lesser one.
+// grows, and that a cleared batch keeps for its next tasks. Those of a burst go by and by: a stream that the runner
+// cannot follow comes as bursts with lesser batches between them.
 class TaskBatch {
  public:
   [[nodiscard]] bool Empty() const { return count_ == 0; }
