@@ -3,6 +3,8 @@
 #include <cmath>
 #include <string>
 
+#include "ByteScan.h"
+
 namespace TESSARIN_COMMON {
 
 namespace {
@@ -28,6 +30,14 @@ std::string FailureText(const rapidjson::ParseResult& result, std::string_view t
   return message;
 }
 
+// The library's scan of sixteen bytes at a time passes over these, which may not stand in a string.
+constexpr auto kOverlooked = [](unsigned char c) { return ((c >= 0x1A) & (c < 0x20)) != 0; };
+
+// By its type alone the library knows what to scan so.
+struct BytewiseStream : rapidjson::InsituStringStream {
+  using GenericInsituStringStream::GenericInsituStringStream;
+};
+
 }  // namespace
 
 void JsonDocument::ParseText(std::string_view text) {
@@ -37,8 +47,14 @@ void JsonDocument::ParseText(std::string_view text) {
 }
 
 void JsonDocument::ParseInPlace(char* copy, std::string_view text) {
-  rapidjson::InsituStringStream stream(copy);
-  ParseFrom<rapidjson::kParseInsituFlag>(stream, text);
+  const char* const end = text.data() + text.size();
+  if (FindByte(text.data(), end, kOverlooked) == end) {
+    rapidjson::InsituStringStream stream(copy);
+    ParseFrom<rapidjson::kParseInsituFlag>(stream, text);
+  } else {
+    BytewiseStream stream(copy);
+    ParseFrom<rapidjson::kParseInsituFlag>(stream, text);
+  }
 }
 
 bool JsonDocument::Double(double value) {

@@ -16,7 +16,7 @@ void JsonWriter::StartArray(const char* key) {
 
 void JsonWriter::Add(const char* key, std::string_view value, unsigned options) {
   if (!Begin(key, value.empty(), options)) return;
-  writer_.String(value.empty() ? "" : value.data(), static_cast<rapidjson::SizeType>(value.size()));
+  writer_.String(value.empty() ? "" : value.data(), value.size());
 }
 
 void JsonWriter::Add(const char* key, const char* value, unsigned options) {

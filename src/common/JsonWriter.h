@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Fields.h"
-#include "RapidJson.h"
+#include "JsonBufferWriter.h"
 
 namespace TESSARIN_COMMON {
 

@@ -52,6 +52,5 @@ using JsonPool = rapidjson::MemoryPoolAllocator<JsonMemory>;
 using JsonValue = rapidjson::GenericValue<rapidjson::UTF8<>, JsonPool>;
 using JsonReader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, JsonMemory>;
 using JsonBuffer = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, JsonMemory>;
-using JsonBufferWriter = rapidjson::Writer<JsonBuffer, rapidjson::UTF8<>, rapidjson::UTF8<>, JsonMemory>;
 
 }  // namespace TESSARIN_COMMON

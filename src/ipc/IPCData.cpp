@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "common/JsonBufferWriter.h"
+
 namespace TESSARIN_COMMON {
 namespace {
 
@@ -29,7 +31,7 @@ std::size_t ExpectedBytes(const IPCData& data) {
 
 void WriteText(JsonBufferWriter& writer, const char* key, const std::string& text) {
   writer.Key(key);
-  writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+  writer.String(text.data(), text.size());
 }
 
 void ReadText(const JsonValue& object, const char* key, std::string& out) {

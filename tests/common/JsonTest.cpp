@@ -158,6 +158,22 @@ TEST(JsonWriter, ATextWithoutAnEndStopsAtItsArrayAndANullTextRaises) {
   }
 }
 
+TEST(JsonWriter, EscapesWhatMustBeWhereverItStands) {
+  for (int c = 0; c < 256; ++c) {
+    for (const std::size_t before : {0, 5, 15, 16, 63, 64, 100}) {
+      const std::string text = std::string(before, 'x') + static_cast<char>(c) + std::string(70, 'y');
+      const std::string json = JsonText(text);
+      const bool escaped = c < 0x20 || c == '"' || c == '\\';
+      ASSERT_EQ(json[1 + before], escaped ? '\\' : static_cast<char>(c)) << c << " behind " << before;
+      std::string back;
+      JsonNode(json).Get("", back);
+      ASSERT_EQ(back, text);
+    }
+  }
+  EXPECT_EQ(JsonText("\"\\\b\f\n\r\t\x01\x1f\x7f/"), R"("\"\\\b\f\n\r\t\u0001\u001F)"
+                                                     "\x7f/\"");
+}
+
 TEST(JsonWriter, OptionsSkipOrNullWhatIsEmpty) {
   JsonWriter writer;
   writer.StartObject();

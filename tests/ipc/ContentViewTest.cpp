@@ -28,6 +28,16 @@ TEST(ContentView, AFailedParseLeavesNoValue) {
   EXPECT_FALSE(view.HasValue());
 }
 
+TEST(ContentView, AControlCharacterInAStringIsRefusedWhereverItStands) {
+  for (char c = 1; c < 0x20; ++c) {
+    for (std::size_t before = 0; before < 40; ++before) {
+      EXPECT_THROW(Parsed("[\"" + std::string(before, 'x') + c + "yyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy\"]"),
+                   std::runtime_error)
+          << int{c} << " behind " << before;
+    }
+  }
+}
+
 TEST(ContentView, NestingDoesNotUseUpTheStack) {
   constexpr std::size_t kDepth = 1'000'000;
   EXPECT_EQ(Parsed("[7," + std::string(kDepth, '[') + std::string(kDepth, ']') + "]").Integer(0), 7);
