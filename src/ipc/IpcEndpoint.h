@@ -23,6 +23,8 @@ class IpcEndpoint : public IIpcDataNotify, public IIpcErrorReporter, public TESS
   void SetDelegate(IIPCDelegate* delegate) { delegate_ = delegate; }
   // One message, framed in mode kFramed. True if the transport accepted it; else it is lost.
   bool Send(const char* data, std::uint32_t length);
+  // Lets go of what the transport keeps back for a moment; before the process ends.
+  void Flush() const { pipe_->Flush(); }
 
   void OnIpcData(const char* data, std::uint32_t length) override;
   void OnIpcError(std::int32_t code, const char* text) override;

@@ -43,6 +43,10 @@ bool NamedPipe::SendFrame(std::span<const char> prefix, std::span<const char> bo
   return false;
 }
 
+void NamedPipe::Flush() const {
+  if (const auto stream = Stream()) stream->Flush();
+}
+
 bool NamedPipe::RecvData(void* buffer, std::uint32_t size) {
   return PostRead(buffer, size, PipeStream::Until::Full);
 }

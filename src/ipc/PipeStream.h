@@ -65,6 +65,8 @@ class PipeStream {
 
   // Hands both parts over as one write, or none of them. Never blocks for the peer.
   virtual int Send(std::span<const char> head, std::span<const char> body) = 0;
+  // Sends what Send has kept back, as far as the peer has room.
+  virtual void Flush() = 0;
   // A read that is posted already stays as it is, and the call succeeds.
   virtual int PostRead(void* buffer, std::uint32_t size, Until until) = 0;
   // Below 0, the read is no longer posted and its buffer is the caller's again.

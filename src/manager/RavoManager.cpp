@@ -154,6 +154,7 @@ void RavoManager::StopTask() {
   CallUninitCallback();
   messageLoop.Quit();
   Log("RavoManager::DestroyServer3");
+  if (ipcServer != nullptr) ipcServer->Flush();
   EndProcess();
 }
 

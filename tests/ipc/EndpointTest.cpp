@@ -6,6 +6,8 @@
 #include "ipc/IPCServer.h"
 #include "ipc/InheritIPCClient.h"
 #include "ipc/InheritIPCServer.h"
+#include "support/Semaphore.h"
+#include "task/TaskRunner.h"
 
 using namespace TESSARIN_COMMON;
 
@@ -127,6 +129,45 @@ TEST_F(Endpoint, SendersOnManyThreadsNeverMixTheirBytes) {
   const Lines calls = clientOwner_.Calls(1 + kSenders * kMessages);
   EXPECT_EQ(calls.size(), 1u + kSenders * kMessages);
   for (const auto& call : calls) EXPECT_FALSE(call.ends_with("broken")) << call;
+}
+
+// Answers on a runner, in the order of the questions; the last one takes until it is let go.
+class SlowInTheEnd final : public IIPCDelegate {
+ public:
+  explicit SlowInTheEnd(IpcEndpoint& endpoint) : endpoint_(endpoint) { runner_.StartRunner(); }
+  ~SlowInTheEnd() { runner_.StopRunner(); }
+  void OnConnected() override {}
+  void OnDisconnect() override {}
+  void OnErrorReport(std::int32_t, const char*) override {}
+  void OnDataReceived(const char* data, std::uint32_t length) override {
+    runner_.PostTask({}, [this, question = std::string(data, length)] {
+      if (question == "z") letGo.acquire();
+      SendText(endpoint_, question);
+    });
+  }
+
+  support::Semaphore letGo;
+
+ private:
+  IpcEndpoint& endpoint_;
+  TESSARIN_TASK::TaskRunner runner_{TESSARIN_TASK::TaskRunner::kNormal};
+};
+
+TEST_F(Endpoint, AnswersToABurstComeInOrderAndDoNotWaitForTheSlowOneBehindThem) {
+  SlowInTheEnd owner(server_);
+  server_.SetDelegate(&owner);
+  ASSERT_TRUE(server_.Start());
+  const auto client = BareClient();
+  std::string burst;
+  for (char c = 'a'; c <= 'z'; ++c) burst += std::string("\x01\0\0\0", 4) + c;
+  const auto last = static_cast<std::uint32_t>(burst.size() - 5);
+  for (int round = 0; round < 200; ++round) {
+    ASSERT_TRUE(client->Send(burst.data(), static_cast<std::uint32_t>(burst.size())));
+    ASSERT_EQ(ipc_test::ReadText(*client, last), burst.substr(0, last));
+    owner.letGo.release();
+    ASSERT_EQ(ipc_test::ReadText(*client, 5), burst.substr(last));
+  }
+  server_.Stop();
 }
 
 TEST_F(Endpoint, BothSidesMayWriteMegabytesAtOnce) {

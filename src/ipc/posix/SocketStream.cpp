@@ -127,6 +127,7 @@ std::uint32_t SocketStream::ServerProcessId() const {
 int SocketStream::DropPeer() {
   Wake();
   const std::lock_guard lock(mutex_);
+  FlushLocked();
   queue_.Clear();
   hasPending_ = false;
   // A peer that has gone already is as good as dropped.
@@ -150,10 +151,11 @@ void SocketStream::Wake() {
 int SocketStream::Send(std::span<const char> head, std::span<const char> body) {
   const std::lock_guard lock(mutex_);
   if (!link_ || closed_) return ENOTCONN;
+  const bool leave = LeaveToReader(head.size() + body.size());
   if (body.size() > kMaxPendingBytes - std::min(kMaxPendingBytes, head.size() + queue_.Size())) return kNoRoom;
   std::size_t sent = 0;
   const bool first = queue_.Empty();
-  if (first) {
+  if (first && !leave) {
     iovec parts[] = {{const_cast<char*>(head.data()), head.size()}, {const_cast<char*>(body.data()), body.size()}};
     msghdr message{};
     message.msg_iov = parts;
@@ -171,8 +173,16 @@ int SocketStream::Send(std::span<const char> head, std::span<const char> body) {
     return ENOMEM;
   }
   hasPending_ = true;
-  if (first) eventfd_write(port_.Get(), 1);  // the reader waits for room from now on
+  if (first && !leave) eventfd_write(port_.Get(), 1);  // the reader waits for room from now on
   return 0;
+}
+
+bool SocketStream::LeaveToReader(std::size_t size) {
+  constexpr std::size_t kMostBytes = std::size_t{32} << 10;
+  if (!gathers_) return false;
+  if (queue_.Size() + size <= kMostBytes) return true;
+  FlushLocked();
+  return false;
 }
 
 // A message that went out in part cannot be completed: the peer would take the next one for its rest. So the link is
@@ -238,6 +248,7 @@ void SocketStream::TakeAhead() {
   std::memcpy(target_ + filled_, ahead_.data() + aheadBegin_, count);
   filled_ += static_cast<std::uint32_t>(count);
   aheadBegin_ += count;
+  if (count > 0) ++readsAhead_;
 }
 
 bool SocketStream::IsReadDone() const {
@@ -264,14 +275,26 @@ void SocketStream::Receive() {
   filled_ += static_cast<std::uint32_t>(own);
   aheadBegin_ = 0;
   aheadEnd_ = received - own;
+  readsAhead_ = 0;
   mayHaveMore_ = received == rest + ahead_.size();
 }
 
+// Whoever sends meanwhile runs while this thread yields. After several frames it leaves the answers here: one system
+// call for all of them, and one wake-up of the peer, who would else take each answer by itself. What a sender does next
+// does not hold them up.
 bool SocketStream::ReceiveSoon() {
-  return lookAhead_([this, before = filled_] {
+  gathers_ = readsAhead_ > 1;
+  const bool found = lookAhead_([this, before = filled_] {
+    if (hasPending_) Flush();
     Receive();
     return filled_ > before || gone_ != 0;
   });
+  if (gathers_) {
+    const std::lock_guard lock(mutex_);
+    gathers_ = false;
+    FlushLocked();
+  }
+  return found;
 }
 
 bool SocketStream::Poll(Deadline deadline) {

@@ -13,7 +13,8 @@
 namespace TESSARIN_COMMON {
 
 // A connection over a stream socket. The port is an event descriptor that wakes the reader. The reader reads ahead, so
-// that the prefix and the body of a small frame cost one system call, and it sends what senders had to leave.
+// that the prefix and the body of a small frame cost one system call, and it sends what senders had to leave, or left:
+// when several frames have come at once, the answers of some leave at once, too.
 class SocketStream final : public PipeStream {
  public:
   SocketStream() = default;
@@ -34,6 +35,7 @@ class SocketStream final : public PipeStream {
   void CloseLink() override;
 
   int Send(std::span<const char> head, std::span<const char> body) override;
+  void Flush() override;
   int PostRead(void* buffer, std::uint32_t size, Until until) override;
   Read WaitRead() override;
 
@@ -56,7 +58,8 @@ class SocketStream final : public PipeStream {
 
   void NoteLink();  // with the lock, or before the stream is shared
   void Wake();
-  void Flush();
+  // With the lock: whether so many bytes go out with what the reader is about to send. Else that goes out now.
+  [[nodiscard]] bool LeaveToReader(std::size_t size);
   void FlushLocked();
   void GiveUpPeer();
 
@@ -65,6 +68,7 @@ class SocketStream final : public PipeStream {
   std::atomic<bool> woken_{false};
   std::atomic<bool> hasPending_{false};  // queue_ is not empty
   std::atomic<bool> hasLink_{false};     // so that the reader does not wait for a sender to ask for it
+  std::atomic<bool> gathers_{false};     // the reader is about to send what is queued; it ends that with the lock
 
   mutable std::mutex mutex_;  // guards what follows, except that the reader, who sets link_, reads it without
   Descriptor listener_;
@@ -79,6 +83,7 @@ class SocketStream final : public PipeStream {
   Until until_ = Until::Full;
   std::size_t aheadBegin_ = 0;
   std::size_t aheadEnd_ = 0;
+  int readsAhead_ = 0;        // that the last reception filled beyond its own
   bool mayHaveMore_ = false;  // the socket was not seen empty; asking it costs less than waiting for it
   TESSARIN_TASK::LookAhead lookAhead_;
   int gone_ = 0;  // why nothing more will come

@@ -38,6 +38,7 @@ class OverlappedStream final : public PipeStream {
   void CloseLink() override;
 
   int Send(std::span<const char> head, std::span<const char> body) override;
+  void Flush() override {}  // nothing is kept back
   int PostRead(void* buffer, std::uint32_t size, Until until) override;
   Read WaitRead() override;
 
