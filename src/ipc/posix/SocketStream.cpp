@@ -166,10 +166,9 @@ int SocketStream::Send(std::span<const char> head, std::span<const char> body) {
     if (sent == head.size() + body.size()) return 0;
   }
   try {
-    queue_.Append(head.subspan(std::min(sent, head.size())));
-    queue_.Append(body.subspan(std::max(sent, head.size()) - head.size()));
+    queue_.Append(head.subspan(std::min(sent, head.size())), body.subspan(std::max(sent, head.size()) - head.size()));
   } catch (const std::bad_alloc&) {
-    GiveUpPeer();  // half a message may be out
+    if (sent > 0) GiveUpPeer();
     return ENOMEM;
   }
   hasPending_ = true;
