@@ -13,7 +13,7 @@ class OwningHandle {
   using Type = typename Traits::Type;
 
   OwningHandle() = default;
-  explicit OwningHandle(Type handle) : handle_(handle) {}
+  explicit OwningHandle(Type handle) : handle_(std::move(handle)) {}
   OwningHandle(OwningHandle&& other) noexcept : handle_(other.Release()) {}
   OwningHandle& operator=(OwningHandle&& other) noexcept {
     if (this != &other) Reset(other.Release());
@@ -29,7 +29,7 @@ class OwningHandle {
 
   // Closes what is held and takes another.
   void Reset(Type handle = Traits::None()) {
-    const Type old = std::exchange(handle_, handle);
+    const Type old = std::exchange(handle_, std::move(handle));
     if (old != Traits::None()) Traits::Close(old);
   }
 

@@ -160,7 +160,7 @@ TEST(JsonWriter, ATextWithoutAnEndStopsAtItsArrayAndANullTextRaises) {
 
 TEST(JsonWriter, EscapesWhatMustBeWhereverItStands) {
   for (int c = 0; c < 256; ++c) {
-    for (const std::size_t before : {0, 5, 15, 16, 63, 64, 100}) {
+    for (const std::size_t before : {0u, 5u, 15u, 16u, 63u, 64u, 100u}) {
       const std::string text = std::string(before, 'x') + static_cast<char>(c) + std::string(70, 'y');
       const std::string json = JsonText(text);
       const bool escaped = c < 0x20 || c == '"' || c == '\\';

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
-#include <vector>
 
 #include "support/LogCapture.h"
 #include "support/Process.h"

@@ -60,6 +60,13 @@ RAVO_FAULT(ENOMEM, MAP_FAILED, void*, mmap,
            flags, fd, offset)
 RAVO_FAULT(EOVERFLOW, -1, int, sem_post, (sem_t * semaphore), semaphore)
 RAVO_FAULT(ENOLCK, -1, int, flock, (int fd, int operation), fd, operation)
+RAVO_FAULT(ENOBUFS, -1, int, getsockopt, (int fd, int level, int option, void* value, socklen_t* size), fd, level,
+           option, value, size)
+RAVO_FAULT(EACCES, -1, int, unlink, (const char* path), path)
+RAVO_FAULT(EACCES, -1, int, shm_unlink, (const char* name), name)
+RAVO_FAULT(EACCES, -1, int, sem_unlink, (const char* name), name)
+RAVO_FAULT(EINVAL, -1, int, sem_close, (sem_t * semaphore), semaphore)
+RAVO_FAULT(ENOMEM, -1, int, munmap, (void* address, size_t size), address, size)
 RAVO_FAULT(ENOMEM, nullptr, void*, dlopen, (const char* file, int flags), file, flags)
 RAVO_FAULT(ENOMEM, nullptr, void*, dlsym, (void* library, const char* name), library, name)
 RAVO_FAULT_AS(kMemory, ENOMEM, nullptr, void*, malloc, (size_t size), size)
@@ -71,6 +78,13 @@ RAVO_FAULT(0, EAGAIN, int, pthread_create,
            (pthread_t * thread, const pthread_attr_t* attributes, void* (*entry)(void*), void* argument), thread,
            attributes, entry, argument)
 RAVO_FAULT(0, EAGAIN, int, pthread_key_create, (pthread_key_t * key, void (*end)(void*)), key, end)
+
+// Whatever it says, the descriptor is gone.
+int __real_close(int fd);
+int __wrap_close(int fd) {
+  const int result = __real_close(fd);
+  return OrFail<int>("close", EIO, -1, [&] { return result; });
+}
 
 int __real_open(const char* path, int flags, ...);
 int __wrap_open(const char* path, int flags, ...) {

@@ -2,7 +2,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "FaultTest.h"
 #include "common/Platform.h"
@@ -58,10 +61,7 @@ class Link {
     if (!from.Send(sent.data(), kBytes)) return "send";
     if (!to.RecvData(received.data(), kBytes)) return "receive";
     std::int32_t count = 0;
-    while (count == 0) {
-      from.WaitRecvData();  // flushes what its side has kept
-      count = to.WaitRecvData();
-    }
+    while ((count = to.WaitRecvData()) == 0) from.WaitRecvData();  // flushes what its side has kept
     if (count < 0) return "wait";
     if (static_cast<std::size_t>(count) != kBytes) return "half a message";
     return received == sent ? "" : "wrong bytes";
@@ -73,6 +73,36 @@ class Link {
   NamedPipeClient client_;
 };
 
+// A byte of the other side's; false if the link is gone.
+bool Hears(NamedPipe& link) {
+  char byte = 0;
+  if (!link.RecvData(&byte, 1)) return false;
+  std::int32_t count = 0;
+  while (count == 0) count = link.WaitRecvData();
+  return count == 1;
+}
+
+// A server that opens anew after each client that it loses, and a client that comes again until the two have talked.
+std::string MeetAgain(const std::string& name) {
+  std::atomic<bool> met{false};
+  std::thread serving([&] {
+    while (!met) {
+      NamedPipeServer server(name);
+      met = server.Open() && server.WaitConnect() && Hears(server) && server.Send("s", 1) && !Hears(server);
+    }
+  });
+  Codes codes;
+  bool heard = false;
+  while (!heard) {
+    NamedPipeClient client(name);
+    client.SetErrorReporter(&codes);
+    client.SetSleep([](auto) { std::this_thread::sleep_for(std::chrono::milliseconds(1)); });
+    heard = client.Connect(30'000) && client.Send("c", 1) && Hears(client);
+  }
+  serving.join();
+  return "done" + codes.Text();
+}
+
 // Without memory, which may be what fails.
 int CountDescriptors() {
   int count = 0;
@@ -80,26 +110,55 @@ int CountDescriptors() {
   return count;
 }
 
+std::string RunLink(const std::string& name) {
+  return Link(name).Run();
+}
+
+// For the name of a link.
+class Folder {
+ public:
+  Folder() { std::filesystem::create_directory(folder_); }
+  ~Folder() {
+    EXPECT_TRUE(std::filesystem::is_empty(folder_));
+    std::filesystem::remove_all(folder_);
+  }
+
+  // What came of it, and what it left.
+  std::string Play(std::string (*scenario)(const std::string&)) const {
+    const int before = CountDescriptors();
+    std::string outcome = scenario(name_);
+    faults::Disarm();
+    if (CountDescriptors() != before) outcome += ", with a descriptor left";
+    if (std::filesystem::exists(std::filesystem::symlink_status(name_))) outcome += ", with its name left";
+    return outcome;
+  }
+
+ private:
+  const std::filesystem::path folder_ =
+      std::filesystem::temp_directory_path() / ("ravo_faults_" + std::to_string(CurrentProcessId()));
+  const std::string name_ = folder_ / "link";
+};
+
 using TransportFault = faults::FaultTest;
 
 TEST_P(TransportFault, IsReportedAndLeavesNothing) {
-  const auto folder = std::filesystem::temp_directory_path() / ("ravo_faults_" + std::to_string(CurrentProcessId()));
-  std::filesystem::create_directory(folder);
-  const std::string name = folder / "link";
-  faults::ExpectOutcomes(GetParam(), [&] {
-    std::string outcome;
-    const int before = CountDescriptors();
-    {
-      Link link(name);
-      outcome = link.Run();
-    }
-    faults::Disarm();
-    if (CountDescriptors() != before) outcome += ", with a descriptor left";
-    if (std::filesystem::exists(std::filesystem::symlink_status(name))) outcome += ", with its name left";
-    return outcome;
-  });
-  EXPECT_TRUE(std::filesystem::is_empty(folder));
-  std::filesystem::remove_all(folder);
+  const Folder folder;
+  faults::ExpectOutcomes(GetParam(), [&] { return folder.Play(RunLink); });
+}
+
+TEST(NameFault, LeavesANameThatTheNextServerReplaces) {
+  const Folder folder;
+  const auto run = [&] { return folder.Play(RunLink); };
+  faults::RunWithFault("unlink", 1, run);
+  faults::ExpectOutcomes(
+      {"unlink", {"open, with its name left", "name, with its name left", "done, with its name left"}}, run);
+}
+
+TEST(PeerFault, CostsTheLinkAndNoMore) {
+  const Folder folder;
+  faults::ExpectOutcomes({"close", {"done"}}, [&] { return folder.Play(MeetAgain); });
+  faults::ExpectOutcomes({"getsockopt", {"done -1005", "done -1008"}, {"done", "done -1004", "done -1006"}},
+                         [&] { return folder.Play(MeetAgain); });
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -11,19 +11,17 @@
 namespace TESSARIN_COMMON {
 namespace {
 
-void Unlink(NameRegistry::Kind kind, const std::string& name) {
+bool Unlink(NameRegistry::Kind kind, const std::string& name) {
   switch (kind) {
     case NameRegistry::Kind::Socket:
-      unlink(name.c_str());
-      break;
+      return unlink(name.c_str()) == 0;
     case NameRegistry::Kind::Semaphore:
-      sem_unlink(name.c_str());
-      break;
+      return sem_unlink(name.c_str()) == 0;
     case NameRegistry::Kind::Segment:
     case NameRegistry::Kind::OwnerMark:
-      shm_unlink(name.c_str());
       break;  // the mark lies beside the segments
   }
+  return shm_unlink(name.c_str()) == 0;
 }
 
 }  // namespace
@@ -54,8 +52,9 @@ void NameRegistry::Remove(Kind kind, const std::string& name) noexcept {
   const std::lock_guard lock(mutex_);
   const auto entry = names_.find(EntryView{kind, name});
   if (entry == names_.end()) return;
-  Unlink(kind, name);
-  names_.erase(entry);
+  const bool gone = Unlink(kind, name) || errno == ENOENT;
+  // Tried again at the end, but for a socket's file: by then it may be another server's.
+  if (gone || kind == Kind::Socket) names_.erase(entry);
 }
 
 void NameRegistry::End() {

@@ -94,6 +94,15 @@ std::string Demangle(const char* name) {
   return status == 0 ? readable.get() : name;
 }
 
+// Asks each unit. The library itself looks into a table of addresses, which Clang does not write.
+Dwarf_Line* FindLine(Dwfl_Module* module, std::uint64_t address) {
+  Dwarf_Addr bias = 0;
+  for (Dwarf_Die* unit = nullptr; (unit = dwfl_module_nextcu(module, unit, &bias)) != nullptr;) {
+    if (dwarf_haspc(unit, address - bias) > 0) return dwarf_getsrc_die(unit, address - bias);
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 int DwarfEngine::Open() {
@@ -161,9 +170,13 @@ DwarfEngine::Symbol DwarfEngine::FindSymbol(std::uint64_t address) {
   if (module == nullptr) return symbol;
   const char* const name = dwfl_module_addrname(module, address);
   if (name != nullptr) symbol.function = Demangle(name);
-  Dwfl_Line* const line = dwfl_module_getsrc(module, address);
-  const char* const file =
-      line != nullptr ? dwfl_lineinfo(line, nullptr, &symbol.line, nullptr, nullptr, nullptr) : nullptr;
+  const char* file = nullptr;
+  if (Dwfl_Line* const line = dwfl_module_getsrc(module, address)) {
+    file = dwfl_lineinfo(line, nullptr, &symbol.line, nullptr, nullptr, nullptr);
+  } else if (Dwarf_Line* const found = FindLine(module, address)) {
+    file = dwarf_linesrc(found, nullptr, nullptr);
+    dwarf_lineno(found, &symbol.line);
+  }
   if (file != nullptr) symbol.file = file;
   return symbol;
 }

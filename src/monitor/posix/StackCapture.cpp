@@ -19,7 +19,7 @@ namespace QX_MONITOR {
 
 namespace {
 
-constexpr std::size_t kStackBytes = 256 * 1024;
+constexpr std::size_t kStackBytes = std::size_t{256} * 1024;
 constexpr std::size_t kPageBytes = 4096;
 constexpr std::time_t kBoundSeconds = 1;
 

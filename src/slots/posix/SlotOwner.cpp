@@ -161,9 +161,9 @@ void ClaimOwner(const std::string& owner) {
   if (claims.marks.contains(owner)) return;
   Descriptor mark = TakeMark(owner);
   if (!mark) return;  // somebody else's file: our slots then live without a mark, and the next one tries again
-  claims.marks.emplace(owner, std::move(mark));
   const std::string name = '/' + std::string(kMarkPrefix) + owner;
-  static_cast<void>(NameRegistry::GetInstance().Add(NameRegistry::Kind::OwnerMark, name, [] { return true; }));
+  if (!NameRegistry::GetInstance().Add(NameRegistry::Kind::OwnerMark, name, [] { return true; })) return;
+  claims.marks.emplace(owner, std::move(mark));
 }
 
 void SweepLeftovers() {
