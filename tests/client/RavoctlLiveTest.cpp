@@ -3,6 +3,7 @@
 
 #include "../integration/ServerProcess.h"
 #include "support/Process.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -60,6 +61,32 @@ TEST(RavoctlLive, WatchShowsAMeetingThatLives) {
 
 TEST(RavoctlLive, TopShowsStreamsAndTheServersLoad) {
   ExpectShown({"top"}, {" requests a second, ", "64x48", "ravo-host"});
+}
+
+TEST(RavoctlLive, SnapshotAndRecordJoinAMeetingAndLeaveIt) {
+  const support::TempFolder folder;
+  const std::string png = folder.Text() + "/s.png";
+  const std::string y4m = folder.Text() + "/s.y4m";
+  const std::vector<std::vector<std::string>> commands = {
+      {"snapshot", "ann_0", png, "--join", "blue"},
+      {"record", "ann_0", y4m, "--frames", "10", "--join", "blue", "--as", "bob"},
+  };
+  for (const auto& arguments : commands) {  // a server each: it ends with its client
+    ServerProcess server(R"("sim.room":{"participants":[{"userId":"cid"},{"userId":"ann","encodings":)"
+                         R"([{"width":64,"height":48},{"width":128,"height":72}]}]})",
+                         "");
+    Output(server, arguments);
+    const std::string user = arguments[0] == "record" ? "bob" : "ravoctl";
+    EXPECT_THAT(server.Calls("JoinRoom"), testing::ElementsAre(testing::AllOf(HasSubstr("\"blue\""), HasSubstr(user))));
+    EXPECT_THAT(server.Calls("LeaveRoom"), testing::SizeIs(1));
+  }
+  const std::string image = folder.Read("s.png");
+  EXPECT_THAT(image, testing::StartsWith("\x89PNG\r\n\x1a\n"));
+  EXPECT_EQ(image.substr(16, 8), std::string("\0\0\0\x80\0\0\0\x48", 8));  // width and height
+  const std::string header = "YUV4MPEG2 W128 H72 F30:1 Ip A1:1 C420jpeg\n";
+  const std::string recorded = folder.Read("s.y4m");
+  EXPECT_THAT(recorded, testing::StartsWith(header + "FRAME\n"));
+  EXPECT_EQ(recorded.size(), header.size() + 10 * (6 + 128 * 72 * 3 / 2));
 }
 
 }  // namespace

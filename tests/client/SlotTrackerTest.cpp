@@ -7,6 +7,7 @@
 #include "../slots/SlotFixture.h"
 #include "ScriptedServer.h"
 #include "common/JsonWriter.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
@@ -98,7 +99,7 @@ TEST_F(SlotTracking, LetsASlotGoOnlyWhenNobodyReadsThere) {
 
   auto reading = std::async(std::launch::async, [&] { return tracker_.Read("s", frame, 30s); });
   const ShareMemoryInfo ended = tracker_.Slots().front();
-  while (!tracker_.Reads("s")) std::this_thread::yield();
+  EXPECT_TRUE(support::WaitUntil([this] { return tracker_.Reads("s"); }));
   Announce(1, ended);
   Settle();
   EXPECT_TRUE(session_.Call("before", "[]", 30s).Ok());

@@ -1,5 +1,6 @@
 // Every method over the real link: what it answers, and what it asks of the engine.
 #include <algorithm>
+#include <map>
 #include <mutex>
 #include <set>
 
@@ -39,7 +40,8 @@ const std::vector<Exchange> kCases = {
     {"FetchAllStreamInfo", "[]", "[]", ""},
     {"FetchStreamInfo", R"(["nobody",1])",
      R"({"uid":"","sid":"","streamType":0,"frameStatus":0,"isSelf":false,"resolutions":[]})", ""},
-    {"MonitorAddProcess", R"([[{"pid":7,"pname":"one","no_report":true}]])", "null", ""},
+    {"MonitorAddProcess", R"([{"pid":6,"pname":"one"},{"pid":7,"pname":"two","no_report":true}])", "null", ""},
+    {"MonitorAddProcess", R"([[{"pid":8,"pname":"three"}]])", "null", ""},
     {"MonitorAddProcess", "5", "null", ""},
     {"UpdateServerOption",
      R"({"rtcParams":"{\"p\":1}","enableNV12":true,"subscribeMaxNumber":3,"isRelease":true,)"
@@ -207,18 +209,16 @@ bool IsOfKind(const std::string& reply, const std::string& kind) {
   return reply[0] == (kind[0] == '[' ? '[' : '{') || reply == "null";
 }
 
-// What goes for an argument of a type: the nth of its type in a call, nothing, something else.
+// The nth argument of its type in a call.
 std::string Typical(char type, std::ptrdiff_t nth) {
   if (type == 's') return "\"t\u00e9xt " + std::to_string(nth) + '"';
   if (type == 'i') return std::to_string((nth % 2 == 0 ? 5000000000 : -5000000000) + nth);
   return nth == 0 ? "true" : "false";
 }
-std::string Nothing(char type) {
-  return type == 's' ? "\"\"" : type == 'i' ? "0" : "false";
-}
-std::string Wrong(char type) {
-  return type == 's' ? "5" : type == 'i' ? "\"5\"" : "1";
-}
+
+// What the engine gets for an argument that is missing or of another type, and one of another type.
+const std::map<char, std::string> kNothing = {{'s', R"("")"}, {'i', "0"}, {'b', "false"}};
+const std::map<char, std::string> kWrong = {{'s', "5"}, {'i', R"("5")"}, {'b', "1"}};
 
 template <class TextOf>
 std::string ListOf(const std::string& types, TextOf textOf) {
@@ -245,15 +245,16 @@ std::vector<Exchange> PlainExchanges(const Method& method, std::int64_t result) 
   const auto typical = [&](char type, std::size_t i) {
     return Typical(type, std::count(types.begin(), types.begin() + static_cast<std::ptrdiff_t>(i), type));
   };
-  const auto nothing = [](char type, std::size_t) { return Nothing(type); };
+  const auto nothing = [](char type, std::size_t) { return kNothing.at(type); };
+  const auto wrong = [](char type, std::size_t) { return kWrong.at(type); };
   add('[' + ListOf(types, typical) + ']', ListOf(types, typical));
   add("[]", ListOf(types, nothing));
   add('[' + typical(types[0], 0) + ']',
-      ListOf(types, [&](char type, std::size_t i) { return i == 0 ? typical(type, 0) : Nothing(type); }));
-  add('[' + ListOf(types, [](char type, std::size_t) { return Wrong(type); }) + ']', ListOf(types, nothing));
+      ListOf(types, [&](char type, std::size_t i) { return i == 0 ? typical(type, 0) : kNothing.at(type); }));
+  add('[' + ListOf(types, wrong) + ']', ListOf(types, nothing));
   for (const char lone : std::set(types.begin(), types.end())) {
     const std::string value = Typical(lone, 0);
-    add(value, ListOf(types, [&](char type, std::size_t) { return type == lone ? value : Nothing(type); }));
+    add(value, ListOf(types, [&](char type, std::size_t) { return type == lone ? value : kNothing.at(type); }));
   }
   return exchanges;
 }
@@ -360,6 +361,9 @@ TEST_F(ContractTest, EveryMethodAnswersAndCallsTheEngineAsPromised) {
   };
   SetResults(0);
   ASSERT_NO_FATAL_FAILURE(Check(kCases));
+  for (const char* process : {"pid:7, pname:two", "pid:8, pname:three"}) {
+    EXPECT_TRUE(server_->WaitForLog(std::string("[AddMonitorInfo] ") + process));
+  }
   ASSERT_NO_FATAL_FAILURE(Check(plain(0)));
   SetResults(kFailure);
   ASSERT_NO_FATAL_FAILURE(Check(kCasesOfFailure));
@@ -373,9 +377,7 @@ TEST_F(ContractTest, DestroyServerIsARequestLikeOthers) {
   EXPECT_EQ(Call("DestroyServer"), "null");
   EXPECT_EQ(Call("Connect"), "null");
   EXPECT_EQ(server_->Calls("DestroyServer").size(), 1u);
-  tracker_.reset();
-  session_.reset();
-  EXPECT_EQ(server_->Host().Wait(), 0) << server_->Host().Err();
+  Leave();
   server_.reset();  // the engine takes offence at its second end
 }
 

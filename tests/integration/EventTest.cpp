@@ -1,7 +1,6 @@
 // Every callback of the engine, as the client hears of it.
 #include <atomic>
 #include <map>
-#include <mutex>
 #include <set>
 #include <thread>
 

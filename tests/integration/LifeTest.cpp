@@ -7,12 +7,7 @@ namespace integration {
 namespace {
 
 using namespace TESSARIN_LUMARC;
-using testing::AllOf;
-using testing::ElementsAreArray;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
+using namespace testing;
 
 // Something of each kind, and the values that come out other than they went in.
 constexpr char kOptions[] =
@@ -117,16 +112,22 @@ TEST_F(StartTest, TellsTheEngineAllOptionsAndTheClientWhatTheServerIs) {
                     EndsWith(R"("waitingSubscribe":[],"audioSubscribing":[],"subscribedInfo":[]}}])")));
 }
 
-// A client that comes while the engine still starts hears "connect" at once, and of the rest when it has started.
+// A client that comes while the engine still starts hears "connect" at once, and of the rest when it has started. Where
+// the machine was busy for as long as the engine takes, a slower engine has to show it.
 TEST_F(StartTest, AClientMayComeBeforeTheEngineHasStarted) {
-  server_ = std::make_unique<ServerProcess>(R"("sim.delay":{"VemoraInitRtc":2000})", "");
-  ASSERT_TRUE(server_->WaitForCalls("VemoraInitRtc", 1)) << server_->Host().Err();
-  session_ = std::make_unique<ravo::client::Session>(server_->Pipe());
-  ASSERT_TRUE(session_->Connect(std::chrono::seconds(30)));
-  Expect("connect");
-  EXPECT_TRUE(server_->Calls("VemoraInitDevice").empty());
-  Expect("INIT");
-  EXPECT_EQ(server_->Calls("SetRtcRuntimeParameter").size(), 1u);
+  bool wasEarly = false;
+  for (int delayMs = 500; delayMs < 60'000 && !wasEarly && !HasFailure(); delayMs *= 3) {
+    End();
+    server_ = std::make_unique<ServerProcess>(R"("sim.delay":{"VemoraInitRtc":)" + std::to_string(delayMs) + "}", "");
+    ASSERT_TRUE(server_->WaitForCalls("VemoraInitRtc", 1)) << server_->Host().Err();
+    session_ = std::make_unique<ravo::client::Session>(server_->Pipe());
+    ASSERT_TRUE(session_->Connect(std::chrono::seconds(30)));
+    Expect("connect");
+    wasEarly = server_->Calls("VemoraInitDevice").empty();
+    Expect("INIT");
+    EXPECT_EQ(server_->Calls("SetRtcRuntimeParameter").size(), 1u);
+  }
+  EXPECT_TRUE(wasEarly);
 }
 
 class LifeTest : public ServerTest {
@@ -137,9 +138,7 @@ class LifeTest : public ServerTest {
 
 TEST_F(LifeTest, TheClientsDepartureEndsTheServerWithOneFarewell) {
   ASSERT_NO_FATAL_FAILURE(Begin());
-  tracker_.reset();
-  session_.reset();
-  EXPECT_EQ(server_->Host().Wait(), 0) << server_->Host().Err();
+  Leave();
   EXPECT_EQ(Farewells(), 1u);
   EXPECT_EQ(server_->Journal().back(), R"({"entry":"DestroyServer","args":[]})");
 }
@@ -148,7 +147,7 @@ TEST_F(LifeTest, AnInterruptEndsTheServerWithTwoFarewells) {
   ASSERT_NO_FATAL_FAILURE(Begin());
   server_->Host().Interrupt();
   EXPECT_TRUE(session_->WaitClosed(kBound));
-  EXPECT_EQ(server_->Host().Wait(), 0) << server_->Host().Err();
+  Leave();
   EXPECT_EQ(Farewells(), 2u);
 }
 

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include "common/JsonWriter.h"
 
@@ -43,15 +42,6 @@ std::string Replaced(std::string text, const std::string& word, const std::strin
     text.replace(at, word.size(), by);
   }
   return text;
-}
-
-bool WaitUntil(const std::function<bool()>& isTrue) {
-  const auto end = std::chrono::steady_clock::now() + kBound;
-  while (!isTrue()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return true;
 }
 
 ServerProcess::ServerProcess(const std::string& params, const std::string& options)

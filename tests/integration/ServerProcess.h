@@ -1,7 +1,5 @@
 #pragma once
 
-#include <chrono>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,14 +9,13 @@
 
 namespace integration {
 
-constexpr std::chrono::milliseconds kBound = support::Process::kBound;
+using support::kBound;
+using support::WaitUntil;
 
 // The text as a JSON string, quotes included.
 [[nodiscard]] std::string Quoted(const std::string& text);
 // The text with each occurrence of a word replaced.
 [[nodiscard]] std::string Replaced(std::string text, const std::string& word, const std::string& by);
-// Looks again and again until it is true; false after the bound.
-bool WaitUntil(const std::function<bool()>& isTrue);
 
 // ravo-host as a process of its own, with the simulated engine, which keeps a journal. Its log, its journal and what
 // tests add lie in a folder of its own. Belongs to one thread.

@@ -36,6 +36,12 @@ void ServerTest::JoinRoomOf(const std::string& participants, Acks acks) {
   Expect("JOIN_CHANNEL_SUCCESS");
 }
 
+void ServerTest::WatchAnn(const std::string& members, Acks acks) {
+  ASSERT_NO_FATAL_FAILURE(JoinRoomOf(R"({"userId":"ann")" + (members.empty() ? "" : "," + members) + "}", acks));
+  Expect("STREAM_ADDED");
+  Subscribe("ann_0");
+}
+
 std::string ServerTest::Call(const std::string& method, const std::string& arguments) {
   const auto reply = session_->Call(method, arguments, kBound);
   EXPECT_TRUE(reply.Ok()) << method << ' ' << reply.content << '\n' << server_->Host().Err();
@@ -97,11 +103,15 @@ Frame ServerTest::ReadFrame(const std::string& sid) {
   return frame;
 }
 
-void ServerTest::End() {
+void ServerTest::Leave() {
   tracker_.reset();
   session_.reset();
-  if (server_ == nullptr) return;
   EXPECT_EQ(server_->Host().Wait(), 0) << server_->Host().Err();
+}
+
+void ServerTest::End() {
+  if (server_ == nullptr) return;
+  Leave();
   EXPECT_THAT(server_->Journal(R"({"violation")"), IsEmpty());
   EXPECT_FALSE(std::filesystem::exists(server_->Pipe()));
   server_.reset();

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,6 +34,8 @@ class ServerTest : public testing::Test {
   void Begin(const std::string& params = "", const std::string& options = "", Acks acks = Acks::ByTracker);
   // The same with a room of these participants, and joins it as "me".
   void JoinRoomOf(const std::string& participants, Acks acks = Acks::ByTracker);
+  // The same with "ann" alone, who publishes as these members say, and subscribes to her.
+  void WatchAnn(const std::string& members, Acks acks = Acks::ByTracker);
 
   // The reply's content. Anything but an answer in time fails the test.
   std::string Call(const std::string& method, const std::string& arguments = "[]");
@@ -54,7 +55,9 @@ class ServerTest : public testing::Test {
   void Subscribe(const std::string& sid, int encoding = 0);
   ravo::client::Frame ReadFrame(const std::string& sid);
 
-  // Ends the session and looks at how the server ends.
+  // Ends the session; the server ends with it.
+  void Leave();
+  // The same, and looks at what the server leaves.
   void End();
   void TearDown() override;
 

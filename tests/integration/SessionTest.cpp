@@ -10,7 +10,6 @@ using ravo::client::Frame;
 using ravo::client::FrameReader;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::SizeIs;
 
 class SessionTest : public ServerTest {
  protected:
@@ -33,9 +32,15 @@ class SessionTest : public ServerTest {
   std::unique_ptr<RawLink> link_;
 };
 
-std::string EventText(const std::string& key, const std::string& content) {
-  return R"({"method_name":{"module_name":"","content_type":"JSON","message_type":"EVENT","message_key":")" + key +
-         R"(","context_id":"","taskId":0},"content":)" + Quoted(content) + "}";
+// The header's first three members, its last three and the content.
+std::string Envelope(const char* module, const char* contentType, const char* messageType, const char* key,
+                     const char* context, int taskId, const std::string& content) {
+  return std::string(R"({"method_name":{"module_name":")") + module + R"(","content_type":")" + contentType +
+         R"(","message_type":")" + messageType + R"(","message_key":")" + key + R"(","context_id":")" + context +
+         R"(","taskId":)" + std::to_string(taskId) + R"(},"content":)" + Quoted(content) + "}";
+}
+std::string EventText(const char* key, const std::string& content) {
+  return Envelope("", "JSON", "EVENT", key, "", 0, content);
 }
 
 TEST_F(SessionTest, BeginsWithConnectAndInitAndPassesTheEnginesEventsOn) {
@@ -54,35 +59,25 @@ TEST_F(SessionTest, BeginsWithConnectAndInitAndPassesTheEnginesEventsOn) {
 }
 
 TEST_F(SessionTest, AnswersOnTheRequestsOwnEnvelope) {
-  const struct {
-    std::string request;
-    std::string reply;
-  } cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {RawLink::Request("get_share_memory_info", "[]", 7, R"("module_name":"m","content_type":"c","context_id":"x",)"),
-       R"({"method_name":{"module_name":"m","content_type":"c","message_type":"CALL_RESPONSE",)"
-       R"("message_key":"GetShareMemoryInfo","context_id":"x","taskId":7},"content":"[]"})"},
+       Envelope("m", "c", "CALL_RESPONSE", "GetShareMemoryInfo", "x", 7, "[]")},
       {RawLink::Request("no_such_method", "[]", 8, R"("module_name":"m","context_id":"x","other":1,)"),
-       R"({"method_name":{"module_name":"m","content_type":"","message_type":"CALL_RESPONSE_ERROR",)"
-       R"("message_key":"NoSuchMethod","context_id":"x","taskId":8},"content":"handle not found nameNoSuchMethod"})"},
+       Envelope("m", "", "CALL_RESPONSE_ERROR", "NoSuchMethod", "x", 8, "handle not found nameNoSuchMethod")},
       // Nothing is lowered.
       {RawLink::Request("SET_FPS", "[]", -9),
-       R"({"method_name":{"module_name":"","content_type":"","message_type":"CALL_RESPONSE_ERROR",)"
-       R"("message_key":"SETFPS","context_id":"","taskId":-9},"content":"handle not found nameSETFPS"})"},
-      {R"({"content":"[]"})",
-       R"({"method_name":{"module_name":"","content_type":"","message_type":"CALL_RESPONSE_ERROR",)"
-       R"("message_key":"","context_id":"","taskId":0},"content":"handle not found name"})"},
+       Envelope("", "", "CALL_RESPONSE_ERROR", "SETFPS", "", -9, "handle not found nameSETFPS")},
+      {R"({"content":"[]"})", Envelope("", "", "CALL_RESPONSE_ERROR", "", "", 0, "handle not found name")},
       // Whatever the message says it is, its key decides.
       {R"({"method_name":{"message_type":"EVENT","message_key":"connect"},"content":"[]"})",
-       R"({"method_name":{"module_name":"","content_type":"","message_type":"CALL_RESPONSE",)"
-       R"("message_key":"Connect","context_id":"","taskId":0},"content":"null"})"},
+       Envelope("", "", "CALL_RESPONSE", "Connect", "", 0, "null")},
       // Of a request for thumbnails only its number lives on.
       {RawLink::Request("get_window_thumbnail", "[{}]", 7, R"("module_name":"m","context_id":"x",)"),
-       R"({"method_name":{"module_name":"","content_type":"JSON","message_type":"CALL_RESPONSE",)"
-       R"("message_key":"","context_id":"","taskId":7},"content":)" +
-           Quoted(R"([{"id":101,"val":"sim-thumbnail:101:0x0"},{"id":102,"val":"sim-thumbnail:102:0x0"}])") + "}"},
+       Envelope("", "JSON", "CALL_RESPONSE", "", "", 7,
+                R"([{"id":101,"val":"sim-thumbnail:101:0x0"},{"id":102,"val":"sim-thumbnail:102:0x0"}])")},
   };
   ASSERT_NO_FATAL_FAILURE(ConnectRaw());
-  for (const auto& exchange : cases) EXPECT_EQ(Ask(exchange.request), exchange.reply);
+  for (const auto& [request, reply] : cases) EXPECT_EQ(Ask(request), reply);
 }
 
 TEST_F(SessionTest, TellsTheSameInformationWheneverItIsAsked) {
@@ -103,20 +98,8 @@ TEST_F(SessionTest, LetsNobodyElseInWhileAClientIsThere) {
 
 class RequestTest : public ServerTest {};
 
-TEST_F(RequestTest, MonitorAddProcessTakesTheListAsContentAndAsArgument) {
-  ASSERT_NO_FATAL_FAILURE(Begin());
-  EXPECT_EQ(Call("MonitorAddProcess", R"([{"pid":11,"pname":"one"},{"pid":12,"pname":"two","no_report":true}])"),
-            "null");
-  EXPECT_EQ(Call("MonitorAddProcess", R"([[{"pid":13,"pname":"three"}]])"), "null");
-  EXPECT_TRUE(server_->WaitForLog("[AddMonitorInfo] pid:12, pname:two"));
-  EXPECT_TRUE(server_->WaitForLog("[AddMonitorInfo] pid:13, pname:three"));
-  EXPECT_THAT(server_->LogLines("RavoManager::MonitorAddProcess size:2"), SizeIs(1));
-}
-
 TEST_F(RequestTest, SetFpsReplacesTheFrameTick) {
-  ASSERT_NO_FATAL_FAILURE(JoinRoomOf(R"({"userId":"ann"})"));
-  Expect("STREAM_ADDED");
-  Subscribe("ann_0");
+  ASSERT_NO_FATAL_FAILURE(WatchAnn(""));
   ReadFrame("ann_0");
   // No timer takes the interval that 2000 gives: the tick has gone, and with it the leave to write another frame.
   EXPECT_EQ(Call("SetFps", "[2000]"), "null");

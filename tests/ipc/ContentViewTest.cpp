@@ -26,6 +26,12 @@ TEST(ContentView, AFailedParseLeavesNoValue) {
   EXPECT_THAT([&] { view.Parse("[1,x]"); },
               testing::ThrowsMessage<std::runtime_error>("Parse json string fail. err=Invalid value.. offset=x]"));
   EXPECT_FALSE(view.HasValue());
+  EXPECT_THAT([&] { view.Parse("]"); },
+              testing::ThrowsMessage<std::runtime_error>("Parse json string fail. err=Invalid value.. offset=]"));
+}
+
+TEST(ContentView, AStringKeepsItsZeros) {
+  EXPECT_EQ(Parsed(R"("a\u0000b")").AsString(), std::string("a\0b", 3));
 }
 
 TEST(ContentView, AControlCharacterInAStringIsRefusedWhereverItStands) {

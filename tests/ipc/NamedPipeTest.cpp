@@ -29,6 +29,12 @@ TEST_F(NamedPipeTest, AConnectionMayEndWithReadsAndWritesInFlight) {
   }
 }
 
+TEST_F(NamedPipeTest, AClientKnowsItsServersProcess) {
+  EXPECT_EQ(client_.ServerProcessId(), 0u);
+  ConnectBoth();
+  EXPECT_EQ(client_.ServerProcessId(), CurrentProcessId());
+}
+
 // Each use of an end whose peer has gone, one after the other, the posted read first.
 void ExpectGone(NamedPipe& end, Reports& reports, const Lines& texts) {
   EXPECT_EQ(WaitForEnd(end), -2);

@@ -50,9 +50,14 @@ inline std::int32_t ReadOnce(TESSARIN_COMMON::IIpcDataRecv& end, void* buffer, s
   return end.RecvData(buffer, size) ? WaitForEnd(end) : 0;
 }
 
+// So many bytes, which may come in pieces; fewer when the connection ends.
 inline std::string ReadText(TESSARIN_COMMON::IIpcDataRecv& end, std::uint32_t size) {
   std::string text(size, '\0');
-  text.resize(static_cast<std::size_t>(std::max(0, ReadOnce(end, text.data(), size))));
+  std::uint32_t read = 0;
+  for (std::int32_t count = 1; read < size && count > 0; read += static_cast<std::uint32_t>(std::max(0, count))) {
+    count = ReadOnce(end, text.data() + read, size - read);
+  }
+  text.resize(read);
   return text;
 }
 

@@ -15,11 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using namespace QX_MONITOR;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::SizeIs;
-using testing::StartsWith;
+using namespace testing;
 
 class BlockDump : public testing::Test {
  protected:

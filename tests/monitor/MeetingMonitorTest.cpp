@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <utility>
-
 #include "common/JsonWriter.h"
 #include "monitor/LibMonitorSystem.h"
 #include "monitor/SystemInfo.h"

@@ -1,53 +1,47 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <thread>
 
 #include "common/Platform.h"
+#include "support/Semaphore.h"
 #include "task/Thread.h"
+#include "task/ThreadPlatform.h"
 
-// Where a thread of a test stands while its stack is looked at.
-class Parking {
- public:
-  Parking();
-  ~Parking();
-  Parking(const Parking&) = delete;
-  Parking& operator=(const Parking&) = delete;
-
-  // Stays in a call of the system, directly below this function, until Leave.
-  void ParkInKnownPlace();
-  void Leave();
-
- private:
-  std::intptr_t wait_;
-  std::intptr_t wake_;
-};
-
-// The file that frames in that place tell; empty where the system's debug help tells none.
-extern const char* const kParkingFile;
-
-// A named thread that stands in ParkInKnownPlace, or is on its way to it, for the life of the object.
+// A thread that has done its work, and stands in ParkInKnownPlace or is on its way to it for the life of the object, to
+// be looked at.
 class ParkedThread {
  public:
-  explicit ParkedThread(const std::string& name)
-      : thread_([this, name] {
+  // An empty name leaves the thread without one. Returns when the work is done.
+  explicit ParkedThread(
+      const std::string& name, const std::function<void()>& work = [] {})
+      : thread_([this, name, work] {
           TESSARIN_TASK::NameCurrentThread(name);
           id_ = TESSARIN_COMMON::CurrentThreadId();
-          parking_.ParkInKnownPlace();
+          work();
+          done_.release();
+          ParkInKnownPlace();
         }) {
-    while (id_ == 0) std::this_thread::yield();
+    done_.acquire();
   }
   ~ParkedThread() {
-    parking_.Leave();
+    leave_.Set();
     thread_.join();
   }
 
   [[nodiscard]] std::uint32_t Id() const { return id_; }
 
  private:
-  Parking parking_;
-  std::atomic<std::uint32_t> id_{0};
-  std::thread thread_;
+  // With something to do behind the wait, so that its frame stays below.
+  __attribute__((noinline)) void ParkInKnownPlace() {
+    leave_.Wait();
+    id_ = 0;
+  }
+
+  std::uint32_t id_ = 0;
+  support::Semaphore done_;
+  TESSARIN_TASK::AutoResetEvent leave_;
+  std::thread thread_;  // last, as it uses the others
 };

@@ -6,13 +6,11 @@
 #include <cstdint>
 #include <ctime>
 #include <map>
-#include <memory>
-#include <string>
 #include <thread>
 
-#include "common/Platform.h"
+#include "Parking.h"
 #include "support/Process.h"
-#include "support/Semaphore.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
@@ -59,35 +57,6 @@ void BurnASecond() {
   }
 }
 
-// A thread that has done its work and stays, to be looked at, until the end of the object.
-class Parked {
- public:
-  template <class Work>
-  explicit Parked(Work work)
-      : thread_([this, work] {
-          id_ = CurrentThreadId();
-          work();
-          cpuNs_ = OwnCpuNs();
-          done_.release();
-          end_.acquire();
-        }) {
-    done_.acquire();
-  }
-  ~Parked() {
-    end_.release();
-    thread_.join();
-  }
-  [[nodiscard]] std::uint64_t Id() const { return id_; }
-  [[nodiscard]] std::uint64_t CpuNs() const { return cpuNs_; }  // by the thread's own clock
-
- private:
-  std::uint64_t id_ = 0;
-  std::uint64_t cpuNs_ = 0;
-  support::Semaphore done_;
-  support::Semaphore end_;
-  std::thread thread_;  // last, as it uses the others
-};
-
 void ExpectWithin(std::uint64_t value, std::uint64_t expected, double part) {
   const auto wanted = static_cast<double>(expected);
   EXPECT_NEAR(static_cast<double>(value), wanted, wanted * part);
@@ -96,18 +65,22 @@ void ExpectWithin(std::uint64_t value, std::uint64_t expected, double part) {
 TEST(SamplingExports, BurntCoreShowsInThreadProcessAndMachine) {
   const SystemCpuTime machineBefore = getSystemCpuTime();
   const ProcessPerformance processBefore = getProcessPerformance(CurrentProcessId());
-  const Parked burner(BurnASecond);
+  std::uint64_t burntNs = 0;  // by the thread's own clock
+  const ParkedThread burner("", [&] {
+    BurnASecond();
+    burntNs = OwnCpuNs();
+  });
   const ProcessPerformance process = getProcessPerformance(CurrentProcessId());
   const SystemCpuTime machine = getSystemCpuTime();
   EXPECT_GE(machine.kernel, machine.idle);
   EXPECT_EQ(machine.total, machine.kernel + machine.user);
 
-  ExpectWithin(Threads()[burner.Id()].cpuNs, burner.CpuNs(), 0.15);
+  ExpectWithin(Threads()[burner.Id()].cpuNs, burntNs, 0.15);
   // Only the burner did anything in this process.
   const std::uint64_t processors = std::thread::hardware_concurrency();
-  ExpectWithin((process.cpuTime - processBefore.cpuTime) * processors, burner.CpuNs(), 0.15);
+  ExpectWithin((process.cpuTime - processBefore.cpuTime) * processors, burntNs, 0.15);
   const std::uint64_t busyTicks = (machine.total - machine.idle) - (machineBefore.total - machineBefore.idle);
-  EXPECT_GE(static_cast<double>(busyTicks) * 100, static_cast<double>(burner.CpuNs()) * 0.85);
+  EXPECT_GE(static_cast<double>(busyTicks) * 100, static_cast<double>(burntNs) * 0.85);
 }
 
 TEST(SamplingExports, WrittenMemoryShows) {
@@ -141,14 +114,10 @@ TEST(SamplingExports, OtherProcessExistsUntilItsEnd) {
 }
 
 TEST(SamplingExports, ThreadsAreThoseThatLive) {
-  std::uint64_t endedId = 0;
-  {
-    const Parked ended([] {});
-    endedId = ended.Id();
-  }
-  const Parked living([] {});
+  const std::uint64_t endedId = ParkedThread("").Id();
+  const ParkedThread living("");
   // The system may list an ended thread for a moment.
-  while (Threads().contains(endedId)) std::this_thread::yield();
+  EXPECT_TRUE(support::WaitUntil([&] { return !Threads().contains(endedId); }));
   const auto threads = Threads();
   EXPECT_TRUE(threads.contains(CurrentThreadId()));
   ASSERT_TRUE(threads.contains(living.Id()));

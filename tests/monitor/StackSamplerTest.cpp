@@ -4,24 +4,20 @@
 #include <ravo/ravo.h>
 
 #include <chrono>
-#include <memory>
 
 #include "Parking.h"
+#include "monitor/ProcessDump.h"
+#include "support/TempFolder.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
 using namespace std::chrono_literals;
 using TESSARIN_COMMON::CurrentThreadId;
-using testing::AllOf;
-using testing::Contains;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
-using testing::StartsWith;
+using namespace testing;
 using Texts = std::vector<std::string>;
 
 constexpr std::uint64_t kManyFrames = 100;
-constexpr auto kBound = 60s;
 
 Texts Take(FfiList list) {
   EXPECT_NE(list.data, nullptr);
@@ -41,12 +37,11 @@ bool IsInKnownPlace(const std::string& frame) {
 
 // The stack once the thread has come to its place.
 Texts ParkedStack(const ParkedThread& thread) {
-  const auto deadline = std::chrono::steady_clock::now() + kBound;
   Texts stack;
-  while (std::chrono::steady_clock::now() < deadline) {
+  EXPECT_TRUE(support::WaitUntil([&] {
     stack = StackOf(thread.Id());
-    if (std::ranges::any_of(stack, IsInKnownPlace)) break;
-  }
+    return std::ranges::any_of(stack, IsInKnownPlace);
+  }));
   return stack;
 }
 
@@ -70,7 +65,7 @@ class StackSampler : public testing::Test {
 TEST_F(StackSampler, FindsThePlaceOfAParkedThread) {
   const ParkedThread thread("parked");
   const Texts stack = ParkedStack(thread);
-  EXPECT_THAT(stack, Contains(AllOf(HasSubstr("stacks_tests"), HasSubstr(kParkingFile), HasSubstr("---"),
+  EXPECT_THAT(stack, Contains(AllOf(HasSubstr("stacks_tests"), HasSubstr(PARKING_FILE), HasSubstr("---"),
                                     testing::ResultOf(IsInKnownPlace, true))));
 }
 
@@ -167,6 +162,11 @@ TEST(SymbolEngine, NamesAnAddress) {
               AllOf(HasSubstr("KeepInfo"), testing::EndsWith("(" + std::to_string(address) + ")")));
   EXPECT_EQ(QX_MONITOR::AddressText(1), "");
   symCleanupCurrentProcess();
+}
+
+TEST(ProcessDump, FailsWhereNoFileCanBeMade) {
+  const support::TempFolder folder;
+  EXPECT_FALSE(QX_MONITOR::WriteProcessDump(folder.Text() + "/missing/1.dmp"));
 }
 
 }  // namespace

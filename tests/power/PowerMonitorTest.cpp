@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <utility>
-
 #include "power/PowerTimer.h"
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"
@@ -162,35 +160,30 @@ TEST_F(PowerMonitorTest, AStopFromItsOwnCallbackEndsTheWatchAndNotTheTimer) {
   EXPECT_FALSE(log_.Has("Power Monitor is Running!"));
 }
 
-constexpr std::int64_t kSecondUs = 1'000'000;
-
-class PowerTimerTest : public testing::Test {
- protected:
-  support::FakeClock clock_;
-  PowerTimer timer_{std::chrono::milliseconds(1), clock_};
-};
-
-TEST_F(PowerTimerTest, FiresOnceAnIntervalBetweenItsHooksUntilItIsCancelled) {
+TEST(PowerTimerTest, FiresOnceAnIntervalBetweenItsHooksUntilItIsCancelled) {
   std::vector<std::string> order;
   support::Semaphore fired;
   support::Semaphore other;
-  EXPECT_EQ(timer_.AddTimer(kSecondUs, [] {}), -1);  // no thread
-  timer_.StartThread([&] { order.push_back("start"); }, [&] { order.push_back("stop"); });
-  const std::int32_t id = timer_.AddTimer(kSecondUs, [&] {
+  support::FakeClock clock;
+  PowerTimer timer(std::chrono::milliseconds(1), clock);
+  constexpr std::int64_t kSecondUs = 1'000'000;
+  EXPECT_EQ(timer.AddTimer(kSecondUs, [] {}), -1);  // no thread
+  timer.StartThread([&] { order.push_back("start"); }, [&] { order.push_back("stop"); });
+  const std::int32_t id = timer.AddTimer(kSecondUs, [&] {
     order.push_back("fired");
     fired.release();
   });
-  timer_.AddTimer(kSecondUs, [&] { other.release(); });
+  timer.AddTimer(kSecondUs, [&] { other.release(); });
   for (int i = 0; i < 2; ++i) {
-    clock_.AdvanceMs(5000);  // what was missed fires once
+    clock.AdvanceMs(5000);  // what was missed fires once
     fired.acquire();
     other.acquire();
   }
-  timer_.CancelTimer(id);
-  clock_.AdvanceMs(5000);
+  timer.CancelTimer(id);
+  clock.AdvanceMs(5000);
   other.acquire();
-  timer_.StopThread();
-  EXPECT_THAT(order, testing::ElementsAre("start", "fired", "fired", "stop"));
+  timer.StopThread();
+  EXPECT_THAT(order, ElementsAre("start", "fired", "fired", "stop"));
 }
 
 }  // namespace

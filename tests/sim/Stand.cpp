@@ -9,7 +9,7 @@
 namespace stand {
 namespace {
 
-constexpr std::size_t kKeptFrames = 200;
+constexpr std::size_t kKeptFrames = 60;
 
 struct Store {
   std::mutex mutex;  // guards what came

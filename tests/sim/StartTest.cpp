@@ -1,42 +1,8 @@
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 #include "Stand.h"
-#include "engine/ModuleLoader.h"
-#include "support/TempFolder.h"
 
 namespace {
 
 using stand::Started;
-
-constexpr const char* kCalled[] = {
-#define RAVO_ENGINE_CALLED(name) #name,
-#define RAVO_ENGINE_RESOLVED(name)
-#include "engine/EngineSymbols.def"
-};
-
-TEST(Library, ExportsEveryCalledEntryUnderItsPlainName) {
-  std::string failure;
-  void* const library = TESSARIN_LUMARC::LoadModule(SIM_ENGINE_FILE, failure);
-  ASSERT_NE(library, nullptr) << failure;
-  for (const char* name : kCalled) EXPECT_NE(TESSARIN_LUMARC::FindSymbol(library, name), nullptr) << name;
-}
-
-TEST(Journal, KeepsTheLinesBeforeItsFileIsKnown) {
-  const support::TempFolder folder;
-  ServerOptionSetAppId("app \"one\"");
-  ServerOptionSetRTCParams("no object");
-  SimSetParams((R"({"sim.journal": ")" + folder.Text() + R"(/calls"})").c_str());
-  VemoraInit(2, 0);
-  std::stringstream lines;
-  lines << std::ifstream(folder.Path() / "calls").rdbuf();
-  EXPECT_EQ(lines.str(), R"({"entry":"ServerOptionSetAppId","args":["app \"one\""]}
-{"entry":"ServerOptionSetRTCParams","args":["no object"]}
-{"entry":"VemoraInit","args":[2,0]}
-{"violation":"VemoraInit takes 3 and 0"}
-)");
-}
 
 TEST(Unstarted, CallBeforeTheStartIsReported) {
   SetFps(30);

@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "reader/Y4mWriter.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -48,18 +46,14 @@ TEST(FrameImage, TurnsTheCornersOfTheVideoRangeIntoColours) {
 }
 
 TEST(Y4mWriter, WritesFramesOfOneSize) {
-  const auto file = std::filesystem::temp_directory_path() / "ravo_y4m_test.y4m";
+  const support::TempFolder folder;
   {
-    ravo::client::Y4mWriter writer(file, 25);
+    ravo::client::Y4mWriter writer(folder.Path() / "clip", 25);
     EXPECT_TRUE(writer.Write(Picture(2, 2, {2, 1, 1}, {'a', 'b', 'c', 'd', 'e', 'f'})));
     EXPECT_FALSE(writer.Write(Picture(2, 4, {2, 1, 1}, Bytes(12))));
     EXPECT_TRUE(writer.Write(Picture(2, 2, {2, 1, 1}, {'g', 'h', 'i', 'j', 'k', 'l'})));
   }
-  std::ifstream in(file, std::ios::binary);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}),
-            "YUV4MPEG2 W2 H2 F25:1 Ip A1:1 C420jpeg\nFRAME\nabcdefFRAME\nghijkl");
-  in.close();
-  std::filesystem::remove(file);
+  EXPECT_EQ(folder.Read("clip"), "YUV4MPEG2 W2 H2 F25:1 Ip A1:1 C420jpeg\nFRAME\nabcdefFRAME\nghijkl");
 }
 
 }  // namespace

@@ -146,6 +146,12 @@ TEST_F(VideoFrameSlotsTest, RepeatsTheRemovalForEachFrameThatOutgrewTheSegment) 
   EXPECT_EQ(announced, expected);
 }
 
+TEST_F(VideoFrameSlotsTest, AFrameOfAnUnknownStreamMakesNoSlot) {
+  Send(TestFrame(8, 4, 1), "b");
+  EXPECT_FALSE(slots->HasSlot("b"));
+  EXPECT_TRUE(announced.empty());
+}
+
 TEST_F(VideoFrameSlotsTest, RemembersTheNewGeometryEvenIfTheStreamIsGone) {
   const support::LogCapture log;
   Send(TestFrame(8, 4, 1));

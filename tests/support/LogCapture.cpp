@@ -3,16 +3,15 @@
 #include <ravo/log_abi.h>
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
 #include <mutex>
+
+#include "WaitUntil.h"
 
 namespace support {
 namespace {
 
 struct Store {
   std::mutex mutex;
-  std::condition_variable added;
   std::vector<LogLine> lines;
 };
 
@@ -48,13 +47,8 @@ int LogCapture::Count(const std::string& text) const {
   return static_cast<int>(std::count_if(lines.begin(), lines.end(), [&](const auto& l) { return l.text == text; }));
 }
 
-bool LogCapture::WaitFor(const std::string& text, int boundMs) const {
-  std::unique_lock lock(TheStore().mutex);
-  return TheStore().added.wait_for(lock, std::chrono::milliseconds(boundMs), [&] {
-    const auto& lines = TheStore().lines;
-    return std::any_of(lines.begin() + static_cast<std::ptrdiff_t>(first_), lines.end(),
-                       [&](const auto& line) { return line.text == text; });
-  });
+bool LogCapture::WaitFor(const std::string& text) const {
+  return WaitUntil([&] { return Has(text); });
 }
 
 }  // namespace support
@@ -65,11 +59,7 @@ extern "C" std::int32_t RAVO_CALL CreateTessarinLogger(std::int32_t, const char*
 }
 
 extern "C" std::int32_t RAVO_CALL TessarinLogWrite(const char* module, std::int32_t level, const char* text) {
-  auto& store = support::TheStore();
-  {
-    const std::lock_guard lock(store.mutex);
-    store.lines.push_back({module, level, text});
-  }
-  store.added.notify_all();
+  const std::lock_guard lock(support::TheStore().mutex);
+  support::TheStore().lines.push_back({module, level, text});
   return 0;
 }

@@ -22,7 +22,7 @@ class LogCapture {
   [[nodiscard]] bool Has(const std::string& text) const;
   [[nodiscard]] int Count(const std::string& text) const;
   // Waits until a line with this text has come; false after the bound.
-  [[nodiscard]] bool WaitFor(const std::string& text, int boundMs = 10000) const;
+  [[nodiscard]] bool WaitFor(const std::string& text) const;
 
  private:
   std::size_t first_;

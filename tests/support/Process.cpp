@@ -1,6 +1,7 @@
 #include "Process.h"
 
 #include <array>
+#include <thread>
 
 #include "ProcessCalls.h"
 
@@ -22,13 +23,11 @@ Process::~Process() {
 }
 
 std::optional<int> Process::Wait(Bound bound) {
-  if (!exitCode_) {
-    exitCode_ = calls::Wait(process_, bound);
-    if (!exitCode_) return std::nullopt;
-    out_.Join();
-    err_.Join();
-  }
-  return exitCode_;
+  if (exitCode_) return exitCode_;
+  const auto code = calls::Wait(process_, bound);
+  if (!code) return std::nullopt;
+  exitCode_ = code;
+  return out_.WaitForEnd(bound) && err_.WaitForEnd(bound) ? code : std::nullopt;
 }
 
 void Process::Kill() {
@@ -40,38 +39,35 @@ void Process::Interrupt() {
 }
 
 void Process::Stream::ReadFrom(std::intptr_t pipe) {
-  reader_ = std::thread([this, pipe] {
+  std::thread([state = state_, pipe] {
     std::array<char, 4096> buffer;
-    while (const std::size_t size = calls::Read(pipe, buffer.data(), buffer.size())) {
-      {
-        const std::lock_guard lock(mutex_);
-        text_.append(buffer.data(), size);
-      }
-      changed_.notify_all();
-    }
+    std::size_t size = 0;
+    do {
+      size = calls::Read(pipe, buffer.data(), buffer.size());
+      const std::lock_guard lock(state->mutex);
+      state->text.append(buffer.data(), size);
+      state->ended = size == 0;
+      state->changed.notify_all();
+    } while (size > 0);
     calls::ClosePipe(pipe);
-    {
-      const std::lock_guard lock(mutex_);
-      ended_ = true;
-    }
-    changed_.notify_all();
-  });
-}
-
-void Process::Stream::Join() {
-  if (reader_.joinable()) reader_.join();
+  }).detach();
 }
 
 std::string Process::Stream::Text() const {
-  const std::lock_guard lock(mutex_);
-  return text_;
+  const std::lock_guard lock(state_->mutex);
+  return state_->text;
 }
 
-bool Process::Stream::WaitFor(const std::string& text, Bound bound) {
-  std::unique_lock lock(mutex_);
-  const auto found = [&] { return text_.find(text) != std::string::npos; };
-  changed_.wait_for(lock, bound, [&] { return ended_ || found(); });
+bool Process::Stream::WaitFor(const std::string& text, Bound bound) const {
+  std::unique_lock lock(state_->mutex);
+  const auto found = [&] { return state_->text.find(text) != std::string::npos; };
+  state_->changed.wait_for(lock, bound, [&] { return state_->ended || found(); });
   return found();
+}
+
+bool Process::Stream::WaitForEnd(Bound bound) const {
+  std::unique_lock lock(state_->mutex);
+  return state_->changed.wait_for(lock, bound, [&] { return state_->ended; });
 }
 
 std::string BesideTest(const std::string& name) {

@@ -3,19 +3,21 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
+
+#include "WaitUntil.h"
 
 namespace support {
 
-// A child program, its output kept as text. Belongs to the test's thread; two threads of its own read the pipes.
+// A child program, its output kept as text. Belongs to the test's thread; two threads of its own read the pipes, and
+// outlive it where a program that the child has started still holds their other ends.
 class Process {
  public:
   using Bound = std::chrono::milliseconds;
-  static constexpr Bound kBound{60000};  // for programs under an emulator on a busy machine
 
   // Starts the program with exactly these arguments, UTF-8. Fails with a std::runtime_error.
   Process(const std::string& program, const std::vector<std::string>& arguments);
@@ -25,7 +27,7 @@ class Process {
   Process& operator=(const Process&) = delete;
 
   // Waits for the end and for the rest of the output. The exit code, 128 and the signal's number after a signal;
-  // nothing when the bound has passed.
+  // nothing when the bound has passed for one of them.
   std::optional<int> Wait(Bound bound = kBound);
   void Kill();
   // What Ctrl-C does to a program.
@@ -42,16 +44,18 @@ class Process {
   class Stream {
    public:
     void ReadFrom(std::intptr_t pipe);
-    void Join();
     [[nodiscard]] std::string Text() const;
-    bool WaitFor(const std::string& text, Bound bound);
+    bool WaitFor(const std::string& text, Bound bound) const;
+    bool WaitForEnd(Bound bound) const;
 
    private:
-    mutable std::mutex mutex_;  // guards text_ and ended_
-    std::condition_variable changed_;
-    std::string text_;
-    bool ended_ = false;
-    std::thread reader_;
+    struct State {
+      std::mutex mutex;  // guards text and ended
+      std::condition_variable changed;
+      std::string text;
+      bool ended = false;
+    };
+    const std::shared_ptr<State> state_ = std::make_shared<State>();  // the reader's too
   };
 
   std::intptr_t process_;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <stdexcept>
 
 namespace support {
 
@@ -13,14 +15,13 @@ class Semaphore {
     ++count_;
     released_.notify_one();
   }
+  // Throws where nothing comes in a minute.
   void acquire() {
-    std::unique_lock lock(mutex_);
-    released_.wait(lock, [this] { return count_ > 0; });
-    --count_;
+    if (!try_acquire(std::chrono::minutes(1))) throw std::runtime_error("nobody has released the semaphore");
   }
-  bool try_acquire() {
-    const std::lock_guard lock(mutex_);
-    if (count_ == 0) return false;
+  bool try_acquire(std::chrono::milliseconds bound = {}) {
+    std::unique_lock lock(mutex_);
+    if (!released_.wait_for(lock, bound, [this] { return count_ > 0; })) return false;
     --count_;
     return true;
   }

@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "common/Platform.h"
@@ -28,6 +30,11 @@ class TempFolder {
   [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
   // With "/" between the names, which both systems take and JSON texts need not escape.
   [[nodiscard]] std::string Text() const { return path_.generic_string(); }
+  // The bytes of a file in it.
+  [[nodiscard]] std::string Read(const std::string& name) const {
+    std::ifstream file(path_ / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
 
  private:
   std::filesystem::path path_;

@@ -4,21 +4,25 @@
 
 #include <chrono>
 #include <future>
-#include <memory>
 #include <numeric>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"
 #include "support/Semaphore.h"
+#include "support/WaitUntil.h"
 
 using namespace TESSARIN_TASK;
 
 namespace {
 
 constexpr Location kHere{"Test::Here", "tests/Here"};
+
+std::vector<int> NumbersBelow(int count) {
+  std::vector<int> numbers(static_cast<std::size_t>(count));
+  std::iota(numbers.begin(), numbers.end(), 0);
+  return numbers;
+}
 
 class TaskRunnerTest : public testing::Test {
  protected:
@@ -56,9 +60,7 @@ TEST_F(TaskRunnerTest, RunsTasksOfManyThreadsOnceEachAndInTheirPostersOrder) {
   }
   for (auto& poster : posters) poster.join();
   Drain();
-  std::vector<int> expected(kEach);
-  std::iota(expected.begin(), expected.end(), 0);
-  for (const auto& list : seen) EXPECT_EQ(list, expected);
+  for (const auto& list : seen) EXPECT_EQ(list, NumbersBelow(kEach));
 }
 
 TEST_F(TaskRunnerTest, KeepsTheOrderOfABurstAndServesOnAfterIt) {
@@ -72,9 +74,7 @@ TEST_F(TaskRunnerTest, KeepsTheOrderOfABurstAndServesOnAfterIt) {
     for (int i = 0; i < count; ++i) runner_.PostTask(kHere, [&seen, i] { seen.push_back(i); });
     gate.release();
     Drain();
-    std::vector<int> expected(static_cast<std::size_t>(count));
-    std::iota(expected.begin(), expected.end(), 0);
-    EXPECT_EQ(seen, expected);
+    EXPECT_EQ(seen, NumbersBelow(count));
   }
 }
 
@@ -121,7 +121,7 @@ TEST_F(TaskRunnerTest, StopDropsTheQueueAndReleasesTheCallerOfABlockingPost) {
     runner_.PostTask(kHere, [&ran, held = std::move(held)] { ran = true; });
     auto waiter = std::async(std::launch::async, [&] { return runner_.PostTaskAndWait(kHere, [] {}); });
     std::thread stopper([&] { runner_.StopRunner(); });
-    while (!queued.expired()) std::this_thread::yield();  // until the stop drops it
+    EXPECT_TRUE(support::WaitUntil([&] { return queued.expired(); }));  // the stop drops it
     released = waiter.wait_for(std::chrono::milliseconds(100)) == std::future_status::ready;
     gate.release();
     stopper.join();

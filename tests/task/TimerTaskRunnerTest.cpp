@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <thread>
-#include <vector>
 
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"
@@ -56,23 +55,26 @@ TEST_F(TimerTaskRunnerTest, RefusesWhatCannotFireAndCountsIdsFromOne) {
   EXPECT_EQ(runner_.AddTimer(5000, [] {}), 2);
 }
 
-TEST_F(TimerTaskRunnerTest, CancelFromOtherThreadWaitsForRunningClosure) {
+TEST_F(TimerTaskRunnerTest, CancelFromOtherThreadWaitsForRunningClosureWhichIsTheLast) {
   support::Semaphore entered;
-  support::Semaphore gate;
-  std::atomic<bool> ended{false};
+  support::Semaphore cancelled;
+  support::Semaphore passed;
+  int runs = 0;
+  bool wasCancelledMeanwhile = false;
   const std::int32_t id = runner_.AddTimer(1000, [&] {
+    ++runs;
     entered.release();
-    gate.acquire();
-    ended = true;
+    wasCancelledMeanwhile = cancelled.try_acquire(std::chrono::milliseconds(200));
   });
   clock_.AdvanceMs(1000);
   entered.acquire();
-  std::thread canceller([&] {
-    runner_.CancelTimer(id);
-    EXPECT_TRUE(ended);
-  });
-  gate.release();
-  canceller.join();
+  runner_.CancelTimer(id);
+  cancelled.release();
+  runner_.AddTimer(1000, [&] { passed.release(); });
+  clock_.AdvanceMs(1000);
+  passed.acquire();
+  EXPECT_FALSE(wasCancelledMeanwhile);
+  EXPECT_EQ(runs, 1);
 }
 
 TEST_F(TimerTaskRunnerTest, ClosureMayAddAndCancelWhileAnotherThreadCancels) {

@@ -1,19 +1,17 @@
 // What another user of the machine gets of a server, and what a client tells another user's server.
 #include <fcntl.h>
 #include <grp.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 
 #include "../RawLink.h"
 #include "../ServerTest.h"
+#include "support/posix/SocketAddress.h"
 
 namespace integration {
 namespace {
@@ -21,13 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr uid_t kNobody = 65534;
-
-sockaddr_un AddressOf(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-  return address;
-}
 
 // A child that runs as the user "nobody". The action makes system calls and nothing else: the parent has threads.
 template <class Action>
@@ -50,6 +41,17 @@ int OpenAsNobody(const std::string& path) {
   return AsNobody([&] { return open(path.c_str(), O_RDONLY) >= 0 ? 0 : errno; });
 }
 
+// Connects and reads: what the system said, or 0 where the peer has closed without a byte.
+int ConnectAsNobody(const std::string& path) {
+  const sockaddr_un address = support::SocketAddress(path);
+  return AsNobody([&] {
+    const int link = socket(AF_UNIX, SOCK_STREAM, 0);
+    if (support::Connect(link, address) != 0) return errno;
+    char byte = 0;
+    return read(link, &byte, 1) == 0 || errno == ECONNRESET ? 0 : EBADMSG;
+  });
+}
+
 class SecurityTest : public ServerTest {
  protected:
   void SetUp() override {
@@ -59,12 +61,7 @@ class SecurityTest : public ServerTest {
 
 TEST_F(SecurityTest, AnotherUserNeitherConnectsNorReadsFramesNorTheLog) {
   ASSERT_NO_FATAL_FAILURE(StartServer(R"("sim.room":{"participants":[{"userId":"ann"}]})"));
-  const sockaddr_un address = AddressOf(server_->Pipe());
-  EXPECT_EQ(AsNobody([&] {
-              const int link = socket(AF_UNIX, SOCK_STREAM, 0);
-              return connect(link, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 ? 0 : errno;
-            }),
-            EACCES);
+  EXPECT_EQ(ConnectAsNobody(server_->Pipe()), EACCES);
 
   ASSERT_NO_FATAL_FAILURE(Connect());
   EXPECT_EQ(Call("JoinMeeting", R"(["token","room","me",""])"), "0");
@@ -84,14 +81,7 @@ TEST_F(SecurityTest, AnotherUserNeitherConnectsNorReadsFramesNorTheLog) {
 TEST_F(SecurityTest, AnotherUserWhomTheFileLetsInIsDroppedAndTheOwnOneServed) {
   ASSERT_NO_FATAL_FAILURE(StartServer());
   ASSERT_EQ(chmod(server_->Pipe().c_str(), 0666), 0);
-  const sockaddr_un address = AddressOf(server_->Pipe());
-  EXPECT_EQ(AsNobody([&] {
-              const int link = socket(AF_UNIX, SOCK_STREAM, 0);
-              if (connect(link, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) return errno;
-              char byte = 0;
-              return read(link, &byte, 1) == 0 || errno == ECONNRESET ? 0 : EBADMSG;  // closed, and not a byte came
-            }),
-            0);
+  EXPECT_EQ(ConnectAsNobody(server_->Pipe()), 0);
   Connect();
 }
 
@@ -99,12 +89,11 @@ TEST_F(SecurityTest, AClientTellsNothingToAnotherUsersServer) {
   const support::TempFolder folder;
   fs::permissions(folder.Path(), fs::perms::all);
   const std::string path = folder.Text() + "/link";
-  const sockaddr_un address = AddressOf(path);
+  const sockaddr_un address = support::SocketAddress(path);
   const pid_t impostor = StartAsNobody([&] {
     umask(0);
     const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
-    if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) return errno;
-    if (listen(listener, 5) != 0) return errno;
+    if (support::Bind(listener, address) != 0 || listen(listener, 5) != 0) return errno;
     for (;;) pause();
   });
   EXPECT_TRUE(WaitUntil([&] { return fs::exists(path); }));

@@ -1,17 +1,14 @@
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <list>
 #include <thread>
-#include <vector>
 
 #include "../PipeFixture.h"
+#include "support/posix/SocketAddress.h"
 
 using namespace TESSARIN_COMMON;
 namespace fs = std::filesystem;
@@ -42,10 +39,7 @@ TEST_F(SocketFile, IsTheOwnUsersAloneAndGoesWhenAClientIsThere) {
 
 void LeaveDeadSocket(const std::string& name) {
   const int dead = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::strncpy(address.sun_path, name.c_str(), sizeof address.sun_path - 1);
-  ASSERT_EQ(bind(dead, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(support::Bind(dead, support::SocketAddress(name)), 0);
   close(dead);
   ASSERT_TRUE(fs::exists(fs::symlink_status(name)));
 }

@@ -19,7 +19,6 @@ TEST(BlockedSignal, ReportsAThreadThatBlocksSignalsWithoutAStack) {
   ASSERT_TRUE(symInitializeCurrentProcess());
   support::Semaphore blocked;
   support::Semaphore unblock;
-  support::Semaphore unblocked;
   support::Semaphore end;
   std::uint32_t id = 0;
   std::thread deaf([&] {
@@ -30,14 +29,12 @@ TEST(BlockedSignal, ReportsAThreadThatBlocksSignalsWithoutAStack) {
     blocked.release();
     unblock.acquire();
     pthread_sigmask(SIG_UNBLOCK, &all, nullptr);
-    unblocked.release();
     end.acquire();
   });
   blocked.acquire();
   EXPECT_EQ(FramesOf(id), 0);
   EXPECT_EQ(FramesOf(id), 0) << "asked once more, with the first question still open";
   unblock.release();
-  unblocked.acquire();
   int tries = 0;
   while (FramesOf(id) == 0 && tries < 60) ++tries;  // a second each, on a machine that has no time for the thread
   EXPECT_LT(tries, 60);

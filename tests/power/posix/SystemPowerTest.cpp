@@ -1,10 +1,7 @@
 // What becomes of a bus that is not there or says nothing. One that answers is met by the tests of the whole server.
 #include <gmock/gmock.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 
 #include <cstdlib>
-#include <cstring>
 
 #include "common/posix/Descriptor.h"
 #include "power/PowerMonitorImpl.h"
@@ -12,6 +9,7 @@
 #include "power/PowerSource.h"
 #include "support/LogCapture.h"
 #include "support/TempFolder.h"
+#include "support/posix/SocketAddress.h"
 
 using namespace TESSARIN_POWER;
 
@@ -30,11 +28,8 @@ class DeadBus : public testing::TestWithParam<bool> {
 
  private:
   void ListenInSilence(const std::string& path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
     socket_.Reset(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    ASSERT_EQ(bind(socket_.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(support::Bind(socket_.Get(), support::SocketAddress(path)), 0);
     ASSERT_EQ(listen(socket_.Get(), 8), 0);
   }
 

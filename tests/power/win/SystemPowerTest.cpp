@@ -6,6 +6,7 @@
 #include "power/PowerSaveBlockerImpl.h"
 #include "power/PowerSource.h"
 #include "support/LogCapture.h"
+#include "support/WaitUntil.h"
 
 using namespace TESSARIN_POWER;
 
@@ -41,8 +42,7 @@ TEST(SystemPower, TheMessageWindowHearsOfSleepFromAnyThreadUntilItIsStopped) {
   EXPECT_EQ(OwnWindow(), nullptr);
 
   EXPECT_TRUE(impl.StartPowerMonitor({}, {}));  // the class is free again
-  for (int i = 0; i < 1000 && log.Count("createPowerMessageWindow success") < 2; ++i) Sleep(10);
-  EXPECT_EQ(log.Count("createPowerMessageWindow success"), 2);
+  EXPECT_TRUE(support::WaitUntil([&] { return log.Count("createPowerMessageWindow success") == 2; }));
 }
 
 TEST(SystemPower, ReadsWhatTheSystemTells) {

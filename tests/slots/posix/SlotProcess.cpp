@@ -6,7 +6,6 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 #include <thread>
 
 #include "../SlotFixture.h"

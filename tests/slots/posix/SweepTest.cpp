@@ -8,8 +8,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <string>
-#include <vector>
 
 #include "reader/FrameReader.h"
 #include "slots/NamedEvent.h"
