@@ -86,8 +86,9 @@ std::string Watch(RawLink& link, std::size_t participants) {
   for (std::size_t i = 0; i < participants; ++i) {
     Ask(link, "subscribe_video", R"([")" + Sid(i) + R"(",0,0,{"subscribeClientId":"view"}])");
   }
-  const std::string update = Await(link, "SHARE_MEMORY_UPDATE");
+  // The join retires the slot of a preview, too, and names none if there is none: that may come late on a busy machine.
   const std::string member = R"(\"path\":\")";
+  const std::string update = Await(link, member);
   const auto begin = update.find(member);
   if (begin == std::string::npos) return "";
   return update.substr(begin + member.size(), update.find('\\', begin + member.size()) - begin - member.size());
