@@ -44,8 +44,9 @@ class Link final : public EchoClient {
   std::size_t end_ = 0;
 };
 
+inline constexpr char kResponse[] = "\"CALL_RESPONSE\"";  // a word of the server's answers
+
 // A request as it stands on the pipe; `content` is a JSON array. Its body has at least so many bytes.
-inline constexpr char kResponse[] = "\"CALL_RESPONSE\"";  // what its answers hold
 [[nodiscard]] std::string RequestFrame(const std::string& key, const std::string& content, std::size_t bodyBytes = 0);
 
 }  // namespace bench

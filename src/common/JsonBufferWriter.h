@@ -7,8 +7,8 @@
 
 namespace TESSARIN_COMMON {
 
-// The library's writer, but for strings: it looks at each character by itself, where this one copies what lies between
-// two escapes in one piece. The text is the same.
+// The library's writer, but for strings: the library looks at each character by itself, this one copies what lies
+// between two escapes in one piece. The text is the same.
 class JsonBufferWriter : public rapidjson::Writer<JsonBuffer, rapidjson::UTF8<>, rapidjson::UTF8<>, JsonMemory> {
  public:
   explicit JsonBufferWriter(JsonBuffer& buffer) : Writer(buffer) {}

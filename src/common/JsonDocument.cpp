@@ -33,7 +33,7 @@ std::string FailureText(const rapidjson::ParseResult& result, std::string_view t
 // The library's scan of sixteen bytes at a time passes over these, which may not stand in a string.
 constexpr auto kOverlooked = [](unsigned char c) { return ((c >= 0x1A) & (c < 0x20)) != 0; };
 
-// By its type alone the library knows what to scan so.
+// The library's fast scan is an overload for its own type of stream; any other gets the plain one.
 struct BytewiseStream : rapidjson::InsituStringStream {
   using GenericInsituStringStream::GenericInsituStringStream;
 };

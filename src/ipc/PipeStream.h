@@ -26,7 +26,7 @@ class PipeStream {
  public:
   using Handle = std::intptr_t;  // of a pipe on Windows, a connected socket's descriptor elsewhere
 
-  static constexpr int kNoRoom = -1;  // Send: kMaxPendingBytes would be passed, or the memory is missing
+  static constexpr int kNoRoom = -1;  // Send: kMaxPendingBytes would be passed
   static constexpr std::int32_t kWoken = -1;
   static constexpr std::int32_t kBroken = -2;
 

@@ -13,8 +13,8 @@ class MessageLoop {
   void Attach();
   // Serves the thread until Quit, and then keeps it: a host whose main returned now would call exit beside EndProcess,
   // and the two would run the process's exit functions side by side.
-  void Run();
-  // Any thread. Lets Run end; before Attach it only keeps a later Run from blocking.
+  [[noreturn]] void Run();
+  // Any thread, also before Run. Ends the serving.
   void Quit();
 
  private:

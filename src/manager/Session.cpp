@@ -91,6 +91,7 @@ void RavoManager::handleIpcData(const std::string& body) {
     // client has lost its way, and the pipe that closes tells it so. The line also brings those before it to the file.
     LogAt("Ravo", TESSARIN_LOG::Level::Failure, "[handleIpcData]: {} of {} cannot be handled, the process ends: {}",
           request.taskId, request.message_key, error.what());
+    if (ipcServer != nullptr) ipcServer->Flush();  // the answers to those before it
     throw;
   }
   const std::int64_t costNs = Clock::System().SteadyNs() - beginNs;

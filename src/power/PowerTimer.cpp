@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
+
+#include "log/LogInstance.h"
 
 namespace TESSARIN_POWER {
 
@@ -28,7 +31,12 @@ void PowerTimer::StartThread(Closure startHook, Closure stopHook) {
   startHook_ = std::move(startHook);
   stopHook_ = std::move(stopHook);
   stop_ = false;
-  thread_ = std::thread([this] { Run(); });
+  try {
+    thread_ = std::thread([this] { Run(); });
+  } catch (const std::system_error& error) {
+    TESSARIN_LOG::LogAt("TESSARIN_POWER", TESSARIN_LOG::Level::Failure, "no thread for the power timer: {}",
+                        error.what());
+  }
 }
 
 void PowerTimer::StopThread() {

@@ -27,7 +27,8 @@ class PowerTimer {
   PowerTimer& operator=(const PowerTimer&) = delete;
 
   [[nodiscard]] bool HasThread() const { return thread_.joinable(); }
-  // The hooks, which may be empty, run on the new thread at its start and end. Nothing happens while a thread runs.
+  // The hooks, which may be empty, run on the new thread at its start and end. Nothing happens while a thread runs;
+  // where the system has no thread to give, a line tells it, and no timer can be added.
   void StartThread(Closure startHook, Closure stopHook);
   // Waits for the end of the thread and drops all timers. Throws std::runtime_error on the timer's own thread and
   // without a thread.

@@ -83,7 +83,27 @@ std::vector<std::string> NoSegment(const std::string& failure) {
   return {"announced 1" + line, "done" + line};
 }
 
+// A slot that is made while another lives: whatever it finds, the other one's names are not a dead owner's.
+std::string TwoSlots() {
+  slots_test::AddStream("ann", "a");
+  slots_test::AddStream("bob", "b");
+  VideoFrameSlots slots("faults", [](auto, const auto&) {});
+  const TestFrame frame(64, 36, 1);
+  for (const char* sid : {"a", "b"}) slots.UpdateSlot(sid, frame.meta, frame.planes);
+  faults::Disarm();
+  const auto all = slots.Snapshot();
+  if (all.size() != 2) return "no slot";
+  for (const auto& [sid, entry] : all) {
+    if (shoom::Shm(entry.slot->Path(), 1).Create(false) != 0) return sid + " is gone";
+  }
+  return "done";
+}
+
 using SlotFault = faults::FaultTest;
+
+TEST(OwnerFault, LeavesLivingSlotsAlone) {
+  for (const char* call : {"flock", "open", "fstat"}) faults::ExpectOutcomes({call, {"done"}}, TwoSlots);
+}
 
 TEST_P(SlotFault, CostsAFrameAtMostAndIsReported) {
   faults::ExpectOutcomes(GetParam(), ThreeFrames);

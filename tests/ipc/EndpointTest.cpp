@@ -135,7 +135,10 @@ TEST_F(Endpoint, SendersOnManyThreadsNeverMixTheirBytes) {
 class SlowInTheEnd final : public IIPCDelegate {
  public:
   explicit SlowInTheEnd(IpcEndpoint& endpoint) : endpoint_(endpoint) { runner_.StartRunner(); }
-  ~SlowInTheEnd() { runner_.StopRunner(); }
+  ~SlowInTheEnd() {
+    letGo.release();
+    runner_.StopRunner();
+  }
   void OnConnected() override {}
   void OnDisconnect() override {}
   void OnErrorReport(std::int32_t, const char*) override {}

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <ctime>
 #include <map>
+#include <memory>
+#include <string>
 #include <thread>
 
 #include "Parking.h"

@@ -4,6 +4,7 @@
 #include <ravo/ravo.h>
 
 #include <chrono>
+#include <memory>
 
 #include "Parking.h"
 #include "monitor/ProcessDump.h"

@@ -4,8 +4,10 @@
 
 #include <chrono>
 #include <future>
+#include <memory>
 #include <numeric>
 #include <thread>
+#include <vector>
 
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <vector>
 
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"

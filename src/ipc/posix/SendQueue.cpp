@@ -8,6 +8,7 @@ namespace TESSARIN_COMMON {
 // The last block is filled up first: what is reserved stays close to what is queued, whatever the sizes are.
 void SendQueue::Append(std::span<const char> head, std::span<const char> body) {
   const std::size_t size = head.size() + body.size();
+  if (size == 0) return;
   const std::size_t room = blocks_.empty() ? 0 : blocks_.back().capacity() - blocks_.back().size();
   if (size > room) {
     std::vector<char> block;

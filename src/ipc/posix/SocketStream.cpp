@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "SocketName.h"
 #include "common/posix/NameRegistry.h"
@@ -151,11 +152,11 @@ void SocketStream::Wake() {
 int SocketStream::Send(std::span<const char> head, std::span<const char> body) {
   const std::lock_guard lock(mutex_);
   if (!link_ || closed_) return ENOTCONN;
-  const bool leave = LeaveToReader(head.size() + body.size());
+  if (LeaveToReader(head.size() + body.size()) && Queue(head, body)) return 0;
   if (body.size() > kMaxPendingBytes - std::min(kMaxPendingBytes, head.size() + queue_.Size())) return kNoRoom;
   std::size_t sent = 0;
   const bool first = queue_.Empty();
-  if (first && !leave) {
+  if (first) {
     iovec parts[] = {{const_cast<char*>(head.data()), head.size()}, {const_cast<char*>(body.data()), body.size()}};
     msghdr message{};
     message.msg_iov = parts;
@@ -165,22 +166,27 @@ int SocketStream::Send(std::span<const char> head, std::span<const char> body) {
     sent = taken < 0 ? 0 : static_cast<std::size_t>(taken);
     if (sent == head.size() + body.size()) return 0;
   }
-  try {
-    queue_.Append(head.subspan(std::min(sent, head.size())), body.subspan(std::max(sent, head.size()) - head.size()));
-  } catch (const std::bad_alloc&) {
+  if (!Queue(head.subspan(std::min(sent, head.size())), body.subspan(std::max(sent, head.size()) - head.size()))) {
     if (sent > 0) GiveUpPeer();
     return ENOMEM;
   }
-  hasPending_ = true;
-  if (first && !leave) eventfd_write(port_.Get(), 1);  // the reader waits for room from now on
+  if (first) eventfd_write(port_.Get(), 1);  // the reader waits for room from now on
   return 0;
 }
 
 bool SocketStream::LeaveToReader(std::size_t size) {
-  constexpr std::size_t kMostBytes = std::size_t{32} << 10;
+  constexpr std::size_t kMostBytes = std::size_t{32} << 10;  // more is worth a system call of its own
   if (!gathers_) return false;
   if (queue_.Size() + size <= kMostBytes) return true;
-  FlushLocked();
+  if (queue_.Size() <= kMostBytes) FlushLocked();  // else it waits for the peer
+  return false;
+}
+
+bool SocketStream::Queue(std::span<const char> head, std::span<const char> body) try {
+  queue_.Append(head, body);
+  hasPending_ = true;
+  return true;
+} catch (const std::bad_alloc&) {
   return false;
 }
 
@@ -279,10 +285,10 @@ void SocketStream::Receive() {
 }
 
 // Whoever sends meanwhile runs while this thread yields. After several frames it leaves the answers here: one system
-// call for all of them, and one wake-up of the peer, who would else take each answer by itself. What a sender does next
-// does not hold them up.
+// call for all of them, and one wake-up of the peer, who would else take each answer by itself. This thread comes to
+// run when the sender sleeps, and at the latest when the system takes the core from it.
 bool SocketStream::ReceiveSoon() {
-  gathers_ = readsAhead_ > 1;
+  gathers_ = std::exchange(readsAhead_, 0) > 1;  // the body of a single frame is one
   const bool found = lookAhead_([this, before = filled_] {
     if (hasPending_) Flush();
     Receive();

@@ -13,8 +13,8 @@
 namespace TESSARIN_COMMON {
 
 // A connection over a stream socket. The port is an event descriptor that wakes the reader. The reader reads ahead, so
-// that the prefix and the body of a small frame cost one system call, and it sends what senders had to leave, or left:
-// when several frames have come at once, the answers of some leave at once, too.
+// that the prefix and the body of a small frame cost one system call. It also sends what the socket did not take from a
+// sender, and, when several frames have come at once, what senders leave to it meanwhile.
 class SocketStream final : public PipeStream {
  public:
   SocketStream() = default;
@@ -58,8 +58,11 @@ class SocketStream final : public PipeStream {
 
   void NoteLink();  // with the lock, or before the stream is shared
   void Wake();
-  // With the lock: whether so many bytes go out with what the reader is about to send. Else that goes out now.
+  // With the lock: whether so many bytes can go out with what the reader is about to send. If not, what it is about to
+  // send goes out now.
   [[nodiscard]] bool LeaveToReader(std::size_t size);
+  // With the lock: false without memory.
+  [[nodiscard]] bool Queue(std::span<const char> head, std::span<const char> body);
   void FlushLocked();
   void GiveUpPeer();
 
@@ -83,7 +86,7 @@ class SocketStream final : public PipeStream {
   Until until_ = Until::Full;
   std::size_t aheadBegin_ = 0;
   std::size_t aheadEnd_ = 0;
-  int readsAhead_ = 0;        // that the last reception filled beyond its own
+  int readsAhead_ = 0;        // reads that the last reception served, beyond the one it was for
   bool mayHaveMore_ = false;  // the socket was not seen empty; asking it costs less than waiting for it
   TESSARIN_TASK::LookAhead lookAhead_;
   int gone_ = 0;  // why nothing more will come

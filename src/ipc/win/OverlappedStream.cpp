@@ -131,7 +131,7 @@ int OverlappedStream::Send(std::span<const char> head, std::span<const char> bod
   if (body.size() > kMaxPendingBytes - std::min(kMaxPendingBytes, head.size() + pendingBytes_)) return kNoRoom;
   const std::size_t size = head.size() + body.size();
   void* const memory = ::operator new(sizeof(Write) + size, std::nothrow);
-  if (memory == nullptr) return kNoRoom;
+  if (memory == nullptr) return ERROR_NOT_ENOUGH_MEMORY;
   auto* const write = new (memory) Write{{}, size};
   std::copy(body.begin(), body.end(), std::copy(head.begin(), head.end(), write->Bytes()));
   pendingBytes_ += size;

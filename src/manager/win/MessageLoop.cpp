@@ -1,8 +1,10 @@
 #include "../MessageLoop.h"
 
-#include <malloc.h>
 #include <process.h>
 #include <windows.h>
+
+#include <cstdint>
+#include <cstdlib>
 
 #include "log/LogInstance.h"
 
@@ -22,6 +24,7 @@ using SetAwarenessCall = HRESULT(WINAPI*)(int awareness);
 using SetAwareCall = BOOL(WINAPI*)();
 using LockLoaderCall = LONG(WINAPI*)(ULONG flags, ULONG* state, ULONG_PTR* cookie);
 using LockProcessCall = void(WINAPI*)();
+using HeapOfCCall = std::intptr_t(__cdecl*)();
 
 // The system's values for per-monitor awareness.
 void* const kPerMonitor = reinterpret_cast<void*>(-3);
@@ -52,16 +55,18 @@ void MessageLoop::Quit() {
   PostThreadMessageA(mainThreadId_, WM_QUIT, 0, 0);
 }
 
-// The two steps of exit(0). Between them it takes the locks under which ExitProcess ends the other threads, in the
-// order of the system itself: a thread that ended inside one would leave this one, which goes on to unload and to free,
-// to wait for it. Windows does so on its own, but for the heap of the C library; an emulator need not.
+// Windows ends the other threads under the locks that the ending thread then needs, to unload and to free. Wine ends
+// them wherever they are, and this thread would wait for ever for a lock that one of them had. So there the locks are
+// taken between the two steps of exit, in the order of Windows.
 void EndProcess() {
-  _cexit();
   const HMODULE system = GetModuleHandleA("ntdll.dll");
+  if (GetProcAddress(system, "wine_get_version") == nullptr) std::exit(0);
+  _cexit();
   ULONG_PTR cookie = 0;
   if (const auto lockLoader = Find<LockLoaderCall>(system, "LdrLockLoaderLock")) lockLoader(0, nullptr, &cookie);
   if (const auto lockProcess = Find<LockProcessCall>(system, "RtlAcquirePebLock")) lockProcess();
-  HeapLock(reinterpret_cast<HANDLE>(_get_heap_handle()));
+  const auto heapOfC = Find<HeapOfCCall>(GetModuleHandleA("msvcrt.dll"), "_get_heap_handle");
+  if (heapOfC != nullptr) HeapLock(reinterpret_cast<HANDLE>(heapOfC()));
   HeapLock(GetProcessHeap());
   ExitProcess(0);
 }

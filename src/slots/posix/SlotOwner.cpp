@@ -145,7 +145,7 @@ Descriptor TakeMark(const std::string& owner) {
 
 struct Claims {
   std::mutex mutex;
-  std::map<std::string, Descriptor> marks;
+  std::map<std::string, Descriptor> marks;  // none for an owner whose mark could not be had
 };
 
 Claims& OurClaims() {
@@ -155,15 +155,19 @@ Claims& OurClaims() {
 
 }  // namespace
 
+// Only the first claim clears what an earlier owner left: behind it the names are our own, even where it got no mark,
+// be it somebody else's file or no memory. Our slots then live without one, and the next claim tries again.
 void ClaimOwner(const std::string& owner) {
   auto& claims = OurClaims();
   const std::lock_guard lock(claims.mutex);
-  if (claims.marks.contains(owner)) return;
-  Descriptor mark = TakeMark(owner);
-  if (!mark) return;  // somebody else's file: our slots then live without a mark, and the next one tries again
-  const std::string name = '/' + std::string(kMarkPrefix) + owner;
-  if (!NameRegistry::GetInstance().Add(NameRegistry::Kind::OwnerMark, name, [] { return true; })) return;
-  claims.marks.emplace(owner, std::move(mark));
+  const auto [claim, isFirst] = claims.marks.try_emplace(owner);
+  Descriptor& mark = claim->second;
+  if (mark) return;
+  static_cast<void>(NameRegistry::GetInstance().Add(
+      NameRegistry::Kind::OwnerMark, '/' + std::string(kMarkPrefix) + owner, [&, clears = isFirst] {
+        mark = clears ? TakeMark(owner) : LockMark(MarkFile(owner), LOCK_SH);
+        return static_cast<bool>(mark);
+      }));
 }
 
 void SweepLeftovers() {

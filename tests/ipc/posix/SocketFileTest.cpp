@@ -6,6 +6,7 @@
 #include <fstream>
 #include <list>
 #include <thread>
+#include <vector>
 
 #include "../PipeFixture.h"
 #include "support/posix/SocketAddress.h"

@@ -8,6 +8,8 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <vector>
 
 #include "reader/FrameReader.h"
 #include "slots/NamedEvent.h"
