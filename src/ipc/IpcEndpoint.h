@@ -23,7 +23,7 @@ class IpcEndpoint : public IIpcDataNotify, public IIpcErrorReporter, public TESS
   void SetDelegate(IIPCDelegate* delegate) { delegate_ = delegate; }
   // One message, framed in mode kFramed. True if the transport accepted it; else it is lost.
   bool Send(const char* data, std::uint32_t length);
-  // Lets go of what the transport keeps back for a moment; before the process ends.
+  // Sends what the transport keeps back for a moment; before the process ends. Any thread.
   void Flush() const { pipe_->Flush(); }
 
   void OnIpcData(const char* data, std::uint32_t length) override;

@@ -30,7 +30,7 @@ class NamedPipe : public IIpcDataRecv {
   bool Send(const void* data, std::uint32_t size);
   // The same with a prefix in front, in one write and without a copy of the data beforehand.
   bool SendFrame(std::span<const char> prefix, std::span<const char> body);
-  // Sends what the stream kept back to send it with what follows. For one who is about to end the process.
+  // Sends what the stream kept back to send it with what follows; for one who is about to end the process.
   void Flush() const;
 
   bool RecvData(void* buffer, std::uint32_t size) override;

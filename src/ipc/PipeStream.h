@@ -65,7 +65,7 @@ class PipeStream {
 
   // Hands both parts over as one write, or none of them. Never blocks for the peer.
   virtual int Send(std::span<const char> head, std::span<const char> body) = 0;
-  // Sends what Send has kept back, as far as the peer has room.
+  // Sends what Send has kept back to send it with what follows.
   virtual void Flush() = 0;
   // A read that is posted already stays as it is, and the call succeeds.
   virtual int PostRead(void* buffer, std::uint32_t size, Until until) = 0;

@@ -198,6 +198,10 @@ void SocketStream::GiveUpPeer() {
 }
 
 void SocketStream::Flush() {
+  if (gathers_) FlushPending();  // else what is queued waits for the peer
+}
+
+void SocketStream::FlushPending() {
   const std::lock_guard lock(mutex_);
   FlushLocked();
 }
@@ -228,7 +232,7 @@ int SocketStream::PostRead(void* buffer, std::uint32_t size, Until until) {
 }
 
 PipeStream::Read SocketStream::WaitRead() {
-  if (hasPending_) Flush();
+  if (hasPending_) FlushPending();
   TakeAhead();
   Deadline deadline{};
   for (;;) {
@@ -285,12 +289,12 @@ void SocketStream::Receive() {
 }
 
 // Whoever sends meanwhile runs while this thread yields. After several frames it leaves the answers here: one system
-// call for all of them, and one wake-up of the peer, who would else take each answer by itself. This thread comes to
-// run when the sender sleeps, and at the latest when the system takes the core from it.
+// call for all of them, and one wake-up of the peer, who would else take each answer by itself. They go as soon as this
+// thread gets a core, whatever the sender does then.
 bool SocketStream::ReceiveSoon() {
   gathers_ = std::exchange(readsAhead_, 0) > 1;  // the body of a single frame is one
   const bool found = lookAhead_([this, before = filled_] {
-    if (hasPending_) Flush();
+    if (hasPending_) FlushPending();
     Receive();
     return filled_ > before || gone_ != 0;
   });
@@ -312,7 +316,7 @@ bool SocketStream::Poll(Deadline deadline) {
   if (poll(waits, std::size(waits), static_cast<int>(left.count())) <= 0) return true;  // the deadline decides
   eventfd_t ignored = 0;
   if (waits[1].revents != 0) eventfd_read(port_.Get(), &ignored);
-  if (pending && (waits[0].revents & (POLLOUT | POLLERR | POLLHUP)) != 0) Flush();
+  if (pending && (waits[0].revents & (POLLOUT | POLLERR | POLLHUP)) != 0) FlushPending();
   if ((waits[0].revents & ~POLLOUT) != 0) mayHaveMore_ = true;
   return true;
 }

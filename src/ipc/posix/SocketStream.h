@@ -63,6 +63,7 @@ class SocketStream final : public PipeStream {
   [[nodiscard]] bool LeaveToReader(std::size_t size);
   // With the lock: false without memory.
   [[nodiscard]] bool Queue(std::span<const char> head, std::span<const char> body);
+  void FlushPending();
   void FlushLocked();
   void GiveUpPeer();
 
