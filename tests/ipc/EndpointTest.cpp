@@ -162,7 +162,10 @@ TEST_F(Endpoint, AnswersToABurstComeInOrderAndDoNotWaitForTheSlowOneBehindThem) 
   ASSERT_TRUE(server_.Start());
   const auto client = BareClient();
   std::string burst;
-  for (char c = 'a'; c <= 'z'; ++c) burst += std::string("\x01\0\0\0", 4) + c;
+  for (char c = 'a'; c <= 'z'; ++c) {
+    const std::string body(c == 'm' ? 40'000 : 1, c);  // a large one does not go with the others
+    burst.append({static_cast<char>(body.size() & 0xFF), static_cast<char>(body.size() >> 8), '\0', '\0'}).append(body);
+  }
   const auto last = static_cast<std::uint32_t>(burst.size() - 5);
   for (int round = 0; round < 50; ++round) {
     ASSERT_TRUE(client->Send(burst.data(), static_cast<std::uint32_t>(burst.size())));
