@@ -156,18 +156,17 @@ Claims& OurClaims() {
 }  // namespace
 
 // Only the first claim clears what an earlier owner left: behind it the names are our own, even where it got no mark,
-// be it somebody else's file or no memory. Our slots then live without one, and the next claim tries again.
+// be it somebody else's file or no memory. Our slots then live without one, and the next claim tries again. The name is
+// kept first, so that a file which is made goes with the process, whatever fails then.
 void ClaimOwner(const std::string& owner) {
   auto& claims = OurClaims();
   const std::lock_guard lock(claims.mutex);
   const auto [claim, isFirst] = claims.marks.try_emplace(owner);
   Descriptor& mark = claim->second;
   if (mark) return;
-  static_cast<void>(NameRegistry::GetInstance().Add(
-      NameRegistry::Kind::OwnerMark, '/' + std::string(kMarkPrefix) + owner, [&, clears = isFirst] {
-        mark = clears ? TakeMark(owner) : LockMark(MarkFile(owner), LOCK_SH);
-        return static_cast<bool>(mark);
-      }));
+  const std::string name = '/' + std::string(kMarkPrefix) + owner;
+  if (!NameRegistry::GetInstance().Add(NameRegistry::Kind::OwnerMark, name, [] { return true; })) return;
+  mark = isFirst ? TakeMark(owner) : LockMark(MarkFile(owner), LOCK_SH);
 }
 
 void SweepLeftovers() {
