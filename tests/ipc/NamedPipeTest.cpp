@@ -133,6 +133,16 @@ TEST_F(NamedPipeTest, AWaitWithoutALinkFails) {
   EXPECT_EQ(clientReports_.Take(), (Lines{"-1008 wait receive data failed.", "system"}));
 }
 
+// Else a client that dies at once would leave a server that waits for nobody.
+TEST_F(NamedPipeTest, AClientThatLeftBeforeTheWaitForItIsServedAllTheSame) {
+  ASSERT_TRUE(server_.Open());
+  ASSERT_TRUE(client_.Connect(0));
+  ASSERT_TRUE(client_.Send("left", 4));
+  ASSERT_TRUE(client_.Disconnect());
+  ASSERT_TRUE(server_.WaitConnect());
+  EXPECT_EQ(ReadText(server_, 5), "left");
+}
+
 TEST_F(NamedPipeTest, ADisconnectEndsTheWaitForAClient) {
   ASSERT_TRUE(server_.Open());
   std::thread waiter([this] { EXPECT_FALSE(server_.WaitConnect()); });

@@ -84,7 +84,8 @@ int OverlappedStream::WaitPeer() {
     connect_.hEvent = event.Get();
     // An overlapped connect never succeeds at once; if it says so, it counts as failed.
     const int error = ConnectNamedPipe(pipe_.Get(), &connect_) ? ERROR_PIPE_NOT_CONNECTED : LastError();
-    if (error == ERROR_PIPE_CONNECTED) return 0;
+    // A client that came before this wait counts, and so does one that has left again: what it wrote can be read.
+    if (error == ERROR_PIPE_CONNECTED || error == ERROR_NO_DATA) return 0;
     if (error != ERROR_IO_PENDING) return error;
     connecting_ = true;
     if (woken_) CancelIoEx(pipe_.Get(), &connect_);  // DropPeer came too early to find this connect
