@@ -1,5 +1,6 @@
 #include "Link.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -48,8 +49,8 @@ int AcceptOne(const std::string& path, int flags) {
   return peer;
 }
 
-Link::Link(const std::string& path, std::string answer)
-    : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)), answer_(std::move(answer)) {
+Link::Link(const std::string& path, std::string answer, Wait wait)
+    : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)), answer_(std::move(answer)), wait_(wait) {
   const sockaddr_un address = AddressOf(path);
   constexpr int kTries = 100'000;
   int result = -1;
@@ -112,6 +113,8 @@ void Link::Fill() {
     begin_ = 0;
   }
   if (end_ == buffer_.size()) buffer_.resize(2 * buffer_.size());
+  pollfd readable{socket_, POLLIN, 0};
+  if (wait_ == Wait::InPoll) Require(poll(&readable, 1, -1) > 0, "poll");
   const ssize_t got = recv(socket_, buffer_.data() + end_, buffer_.size() - end_, 0);
   Require(got > 0, "recv");
   end_ += static_cast<std::size_t>(got);

@@ -12,7 +12,7 @@ namespace bench {
 
 namespace {
 
-constexpr int kRounds = 15;
+constexpr int kRounds = 45;
 
 void Compare(Table& table, TESSARIN_TASK::TaskRunner& runner, int producers, const std::string& cores) {
   const auto ours = [&](Samples& samples) {

@@ -19,7 +19,7 @@ void ServeBareEcho(const std::string& path) {
 }
 
 std::unique_ptr<EchoClient> ConnectBareEcho(const std::string& path) {
-  return std::make_unique<Link>(path);
+  return std::make_unique<Link>(path, std::string(), Link::Wait::InRecv);
 }
 
 }  // namespace bench

@@ -68,19 +68,19 @@ void TaskQueue::Append(const Location& location, std::int64_t postMs, Task::Clos
   {
     const Hold hold(mutex_);
     tasks_.Append(location, postMs, std::move(closure), std::move(done));
-    if (!filled_.load(std::memory_order_relaxed)) filled_.store(true, std::memory_order_relaxed);
+    size_.store(tasks_.Size(), std::memory_order_relaxed);
     wake = std::exchange(sleeping_, false);
   }
   if (wake) wake_.Set();
 }
 
 void TaskQueue::Take(TaskBatch& batch, const Thread& thread) {
-  const auto filled = [this] { return filled_.load(std::memory_order_relaxed); };
-  if (!filled()) lookAhead_(filled);
+  const auto size = [this] { return size_.load(std::memory_order_relaxed); };
+  if (size() == 0) lookAhead_(size);
   {
     const Hold hold(mutex_);
     tasks_.Swap(batch);
-    filled_.store(false, std::memory_order_relaxed);
+    size_.store(0, std::memory_order_relaxed);
     if (!batch.Empty() || thread.StopRequested()) return;
     sleeping_ = true;
   }

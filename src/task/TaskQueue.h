@@ -39,6 +39,7 @@ struct Task {
 class TaskBatch {
  public:
   [[nodiscard]] bool Empty() const { return count_ == 0; }
+  [[nodiscard]] std::size_t Size() const { return count_; }
   void Append(const Location& location, std::int64_t postMs, Task::Closure&& closure, Task::Event&& done);
   void Clear();
   void Swap(TaskBatch& other);
@@ -80,7 +81,7 @@ class TaskQueue {
   TaskBatch tasks_;
   bool sleeping_ = false;
   AutoResetEvent wake_;
-  alignas(kCacheLineBytes) std::atomic<bool> filled_{false};  // for a look without the lock; what counts is the batch
+  alignas(kCacheLineBytes) std::atomic<std::size_t> size_{0};  // of tasks_, for a look without the lock
 
   // The runner's.
   alignas(kCacheLineBytes) LookAhead lookAhead_;

@@ -245,9 +245,12 @@ PipeStream::Read SocketStream::WaitRead() {
     }
     if (deadline == Deadline{}) {
       deadline = std::chrono::steady_clock::now() + kReadWait;
-      if (target_ != nullptr && ReceiveSoon()) continue;
+      if (target_ != nullptr && !idle_ && ReceiveSoon()) continue;
     }
-    if (!Poll(deadline)) return {0, 0};
+    if (!Poll(deadline)) {
+      idle_ = true;
+      return {0, 0};
+    }
   }
 }
 
@@ -279,6 +282,7 @@ void SocketStream::Receive() {
     if (count < 0 && errno != EAGAIN && errno != EINTR) gone_ = errno;
     return;
   }
+  idle_ = false;
   const auto received = static_cast<std::size_t>(count);
   const std::size_t own = std::min(received, rest);
   filled_ += static_cast<std::uint32_t>(own);
@@ -296,7 +300,7 @@ bool SocketStream::ReceiveSoon() {
   const bool found = lookAhead_([this, before = filled_] {
     if (hasPending_) FlushPending();
     Receive();
-    return filled_ > before || gone_ != 0;
+    return std::size_t{filled_ > before || gone_ != 0};
   });
   if (gathers_) {
     const std::lock_guard lock(mutex_);

@@ -89,6 +89,7 @@ class SocketStream final : public PipeStream {
   std::size_t aheadEnd_ = 0;
   int readsAhead_ = 0;        // reads that the last reception served, beyond the one it was for
   bool mayHaveMore_ = false;  // the socket was not seen empty; asking it costs less than waiting for it
+  bool idle_ = false;         // the last wait was in vain, so nothing is to be expected soon
   TESSARIN_TASK::LookAhead lookAhead_;
   int gone_ = 0;  // why nothing more will come
   std::array<char, std::size_t{64} << 10> ahead_;
