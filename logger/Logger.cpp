@@ -15,6 +15,7 @@
 #include "LineText.h"
 #include "LogFiles.h"
 #include "PrivateFile.h"
+#include "common/BriefLock.h"
 
 namespace logger {
 namespace {
@@ -81,7 +82,7 @@ void Logger::OpenFile(const Settings& settings) {
 void Logger::Write(const char* module, int level, const char* text) {
   fmt::memory_buffer rewritten;
   const std::string_view oneLine = OneLine(text, rewritten);
-  const std::lock_guard lock(mutex_);
+  const TESSARIN_COMMON::BriefLock lock(mutex_);
   // Under the lock, so that the lines' times rise.
   const spdlog::details::log_msg line(module, Severity(level), {oneLine.data(), oneLine.size()});
   if (file_ == nullptr) {

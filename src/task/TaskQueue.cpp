@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/BriefLock.h"
+
 namespace TESSARIN_TASK {
+
+using TESSARIN_COMMON::BriefLock;
 
 std::string Task::LocationText() const {
   constexpr std::size_t kMaxLocation = 255;
@@ -43,30 +47,10 @@ void TaskBatch::Swap(TaskBatch& other) {
   std::swap(last_, other.last_);
 }
 
-// What the lock guards takes less time than a sleep, so a thread that finds it taken looks again some times, ever less
-// often, so that the one that has it can go on.
-class TaskQueue::Hold {
- public:
-  explicit Hold(std::mutex& mutex) : mutex_(mutex) {
-    constexpr int kMostPauses = 256;
-    for (int pauses = 8; pauses <= kMostPauses; pauses *= 2) {
-      if (mutex_.try_lock()) return;
-      for (int i = 0; i < pauses; ++i) RelaxCore();
-    }
-    mutex_.lock();
-  }
-  ~Hold() { mutex_.unlock(); }
-  Hold(const Hold&) = delete;
-  Hold& operator=(const Hold&) = delete;
-
- private:
-  std::mutex& mutex_;
-};
-
 void TaskQueue::Append(const Location& location, std::int64_t postMs, Task::Closure&& closure, Task::Event&& done) {
   bool wake = false;
   {
-    const Hold hold(mutex_);
+    const BriefLock lock(mutex_);
     tasks_.Append(location, postMs, std::move(closure), std::move(done));
     size_.store(tasks_.Size(), std::memory_order_relaxed);
     wake = std::exchange(sleeping_, false);
@@ -78,7 +62,7 @@ void TaskQueue::Take(TaskBatch& batch, const Thread& thread) {
   const auto size = [this] { return size_.load(std::memory_order_relaxed); };
   if (size() == 0) lookAhead_(size);
   {
-    const Hold hold(mutex_);
+    const BriefLock lock(mutex_);
     tasks_.Swap(batch);
     size_.store(0, std::memory_order_relaxed);
     if (!batch.Empty() || thread.StopRequested()) return;
@@ -90,7 +74,7 @@ void TaskQueue::Take(TaskBatch& batch, const Thread& thread) {
 void TaskQueue::Stop() {
   TaskBatch dropped;
   {
-    const Hold hold(mutex_);
+    const BriefLock lock(mutex_);
     dropped.Swap(tasks_);
     sleeping_ = false;
   }

@@ -73,8 +73,6 @@ class TaskQueue {
   void Stop();
 
  private:
-  class Hold;
-
   static constexpr std::size_t kCacheLineBytes = 64;
 
   std::mutex mutex_;  // guards the next two

@@ -20,11 +20,6 @@ void JoinNativeThread(std::uintptr_t handle);
 void AbandonNativeThread(std::uintptr_t handle);
 void SetNativePriority(std::uintptr_t handle, int priority);
 
-// Between two looks at what another core may change.
-inline void RelaxCore() {
-  __builtin_ia32_pause();
-}
-
 // Lets one thread sleep until another wakes it: set once, it lets one wait through. Not the standard library's atomic
 // wait: it may miss a wake-up where the system has no help for it, and yields some times before it sleeps.
 class AutoResetEvent {

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "SocketName.h"
+#include "common/BriefLock.h"
 #include "common/posix/NameRegistry.h"
 
 namespace TESSARIN_COMMON {
@@ -150,7 +151,7 @@ void SocketStream::Wake() {
 }
 
 int SocketStream::Send(std::span<const char> head, std::span<const char> body) {
-  const std::lock_guard lock(mutex_);
+  const BriefLock lock(mutex_);
   if (!link_ || closed_) return ENOTCONN;
   if (LeaveToReader(head.size() + body.size()) && Queue(head, body)) return 0;
   if (body.size() > kMaxPendingBytes - std::min(kMaxPendingBytes, head.size() + queue_.Size())) return kNoRoom;
@@ -202,7 +203,7 @@ void SocketStream::Flush() {
 }
 
 void SocketStream::FlushPending() {
-  const std::lock_guard lock(mutex_);
+  const BriefLock lock(mutex_);
   FlushLocked();
 }
 
@@ -303,7 +304,7 @@ bool SocketStream::ReceiveSoon() {
     return std::size_t{filled_ > before || gone_ != 0};
   });
   if (gathers_) {
-    const std::lock_guard lock(mutex_);
+    const BriefLock lock(mutex_);
     gathers_ = false;
     FlushLocked();
   }
