@@ -22,9 +22,9 @@ struct Run {
 };
 
 constexpr Run kRuns[] = {
-    {"start-stop", torture::StartAndStop, 1000, 20, 100, 3},
-    {"kill-server", torture::KillServer, 1000, 30, 100, 3},
-    {"kill-client", torture::KillClient, 500, 20, 50, 3},
+    {"start-stop", torture::StartAndStop, 1000, 20, 100, 5},
+    {"kill-server", torture::KillServer, 1000, 30, 1000, 10},
+    {"kill-client", torture::KillClient, 500, 20, 500, 10},
     {"deaf-client", torture::DeafClient, 60, 6, 60, 6},
     {"both-write", torture::BothWrite, 1000, 100, 1000, 30},
     {"silent-leavers", torture::SilentLeavers, 10'000, 900, 10'000, 150},
