@@ -25,7 +25,7 @@ namespace bench {
 
 namespace {
 
-constexpr int kRounds = 80;
+constexpr int kRounds = 120;
 constexpr int kFramesARound = 10;
 constexpr std::chrono::milliseconds kRest(2);
 constexpr std::chrono::hours kForever(1);

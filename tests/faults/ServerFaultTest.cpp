@@ -145,12 +145,13 @@ TEST_P(ServerFault, CostsAMessageOrTheSessionOrEndsTheProcessByItsText) {
       GetParam(), [&] { return Serve(GetParam().call, pipe); }, [&](const auto& arm) { return Ask(pipe, arm); });
 }
 
-// "done" without sendmsg: it was for a late message of the start, or one to the client that is leaving.
+// "done" without sendmsg: it was for a late message of the start, or one to the client that is leaving. With recvmsg
+// the session ends, before or behind the answers to what it has read.
 INSTANTIATE_TEST_SUITE_P(All, ServerFault,
                          testing::Values(Case{"sendmsg",
                                               {"a reply is lost, with its line", "an event is lost, with its line"},
                                               {"done", "done, with its line"}},
-                                         Case{"recvmsg", {"closed"}},
+                                         Case{"recvmsg", {"closed"}, {"closed, with its line"}},
                                          Case{faults::kMemory,
                                               {"closed, with its line", "closed, std::bad_alloc",
                                                "a reply is lost, with its line", "an event is lost"},

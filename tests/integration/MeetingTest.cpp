@@ -44,7 +44,8 @@ TEST_F(MeetingTest, GoesAsAPersonHasIt) {
   Call("EnableLocalVideo", "[false]");
   const auto events = EventsUpTo("STREAM_REMOVED");
   EXPECT_EQ(events.back().content, R"(["me", "me_0", false])");
-  EXPECT_THAT(events[events.size() - 2].content, StartsWith(R"([1, [{"sid":"me_0","uid":"me",)"));
+  // The engine's word that the stream has gone may be there first; then there is nothing left to name.
+  EXPECT_THAT(events[events.size() - 2].content, AnyOf(StartsWith(R"([1, [{"sid":"me_0","uid":"me",)"), Eq("[1, []]")));
   SetParams(R"("sim.devices":[{"type":0,"id":"mic"}])");  // the camera is unplugged
   EXPECT_THAT(Expect("DEVICE_REMOVED"), StartsWith(R"([2, [{"deviceName":"","deviceId":"cam",)"));
   SetParams(R"("sim.fire":[{"entry":"OnConnectionStateChanged","args":[4]}])");  // the network goes and comes
