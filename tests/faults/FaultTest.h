@@ -38,7 +38,6 @@ inline void FailEachUse(const Case& fault, const Scenario& scenario, const Clien
     const Outcome outcome = RunWithFault(fault.call, nth, scenario, client);
     if (!outcome.fired) {
       EXPECT_EQ(outcome.text, "done") << outcome.errors;
-      EXPECT_GT(nth, 1) << "the scenario makes no such call";
       return;
     }
     if (std::ranges::count(fault.others, outcome.text) == 0) {
