@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
 #include <limits>
 
+#include "PlaneCopy.h"
 #include "SlotOwner.h"
 #include "StreamDataManager.h"
 #include "common/Fnv1a.h"
@@ -60,7 +60,7 @@ void CopyPlanes(std::uint8_t* destination, const FrameMeta& meta, Planes planes)
     const auto bytes = static_cast<std::size_t>(PlaneSize(meta, plane));
     if (bytes == 0) continue;
     if (plane < planes.size() && planes[plane] != nullptr) {
-      std::memcpy(destination, planes[plane], bytes);
+      CopyPlane(destination, planes[plane], bytes);
     } else {
       WarnOfMissingPlane(plane);
     }
