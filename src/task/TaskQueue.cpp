@@ -30,11 +30,10 @@ void TaskBatch::BeginChunk() {
   last_ = &chunks_[chunk];
 }
 
-void TaskBatch::Clear() {
+void TaskBatch::Drained() {
   constexpr std::size_t kKeptChunks = 256;
   constexpr std::size_t kSpareShare = 16;
   const std::size_t used = (count_ + kChunkTasks - 1) / kChunkTasks;
-  for (std::size_t i = 0; i < used; ++i) chunks_[i].clear();
   count_ = 0;
   if (chunks_.size() <= kKeptChunks) return;
   const std::size_t spare = chunks_.size() - used;
@@ -78,7 +77,7 @@ void TaskQueue::Stop() {
     dropped.Swap(tasks_);
     sleeping_ = false;
   }
-  dropped.ForEach([](const Task& task) {
+  dropped.Drain([](const Task& task) {
     if (task.done != nullptr) task.done->Set();
   });
   wake_.Set();

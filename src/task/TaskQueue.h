@@ -34,26 +34,29 @@ struct Task {
 };
 
 // Tasks in the order of posting, of one thread at a time. They lie in chunks that stay where they are while the batch
-// grows, and that a cleared batch keeps for its next tasks. Those of a burst go by and by: a stream that the runner
+// grows, and that a drained batch keeps for its next tasks. Those of a burst go by and by: a stream that the runner
 // cannot follow comes as bursts with lesser batches between them.
 class TaskBatch {
  public:
   [[nodiscard]] bool Empty() const { return count_ == 0; }
   [[nodiscard]] std::size_t Size() const { return count_; }
   void Append(const Location& location, std::int64_t postMs, Task::Closure&& closure, Task::Event&& done);
-  void Clear();
   void Swap(TaskBatch& other);
 
+  // Visits the tasks in order and destroys them, a chunk at a time: its tasks are still in the caches then.
   template <class Visit>
-  void ForEach(Visit visit) {
+  void Drain(Visit visit) {
     for (auto& chunk : chunks_) {
-      if (chunk.empty()) return;  // so are all that are kept behind it
+      if (chunk.empty()) break;  // so are all that are kept behind it
       for (Task& task : chunk) visit(task);
+      chunk.clear();
     }
+    Drained();
   }
 
  private:
   void BeginChunk();
+  void Drained();
 
   std::vector<std::vector<Task>> chunks_;
   std::vector<Task>* last_ = nullptr;  // takes the next task

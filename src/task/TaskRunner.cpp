@@ -116,8 +116,7 @@ void TaskRunner::Run(Thread* thread) {
 
 void TaskRunner::RunBatch(TaskBatch& batch) {
   std::int64_t startMs = batch.Empty() ? 0 : clock_.WallTickMs();
-  batch.ForEach([&](Task& task) { startMs = RunTask(task, startMs); });  // one starts when the one before it ends
-  batch.Clear();
+  batch.Drain([&](Task& task) { startMs = RunTask(task, startMs); });  // one starts when the one before it ends
 }
 
 // Runs a task and destroys its closure; returns the time of its end.
