@@ -1,4 +1,5 @@
 // The functions that a host calls. Nothing includes or calls these from inside.
+#include <ravo/log_abi.h>
 #include <ravo/ravo.h>
 
 #include <array>

@@ -1,10 +1,7 @@
 #pragma once
 
 #include <fmt/format.h>
-#include <ravo/log_abi.h>
 
-#include <new>
-#include <string>
 #include <utility>
 
 #include "common/Singleton.h"
@@ -23,18 +20,12 @@ class LogInstance : public TESSARIN_COMMON::Singleton<LogInstance> {
  public:
   template <class... Args>
   void Write(const char* module, Level level, fmt::format_string<Args...> format, Args&&... args) const {
-    try {
-      fmt::basic_memory_buffer<char, kInlineBytes> line;
-      fmt::format_to(fmt::appender(line), format, std::forward<Args>(args)...);
-      line.push_back('\0');
-      TessarinLogWrite(module, static_cast<int>(level), line.data());
-    } catch (const std::bad_alloc&) {
-      TessarinLogWrite(module, static_cast<int>(level), fmt::string_view(format).data());  // a literal ends with NUL
-    }
+    WriteFormatted(module, level, format, fmt::make_format_args(args...));
   }
 
  private:
-  static constexpr std::size_t kInlineBytes = 4096;  // a usual line, a logged request included, needs no heap
+  // One function for all lines: the places that log have only to pack their arguments.
+  static void WriteFormatted(const char* module, Level level, fmt::string_view format, fmt::format_args args);
 };
 
 // A line of progress under the server's own module, as most lines are.
