@@ -19,15 +19,13 @@ Frame Picture(std::uint32_t width, std::uint32_t height, std::array<std::uint32_
   return frame;
 }
 
-TEST(FrameImage, TakesThePaddingOutAndFillsInChromaRowsThatOddHeightsLack) {
+TEST(FrameImage, TakesThePaddingOutFillsInRowsThatOddHeightsLackAndGivesNothingForWhatItCannotShow) {
   EXPECT_EQ(TightI420(Picture(2, 2, {3, 2, 1}, {1, 2, 0, 3, 4, 0, 5, 0, 6})), (Bytes{1, 2, 3, 4, 5, 6}));
   // 3 rows: 3 bytes of each chroma plane stand for a row of 2 and half a row.
   EXPECT_EQ(TightI420(Picture(3, 3, {3, 2, 2}, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 20, 21, 22})),
             (Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 10, 11, 20, 21, 20, 21}));
   EXPECT_EQ(TightI420(Picture(1, 1, {1, 1, 1}, {7})), (Bytes{7, 128, 128}));
-}
 
-TEST(FrameImage, GivesNothingForWhatItCannotShow) {
   EXPECT_TRUE(TightI420(Picture(4, 2, {3, 2, 2}, Bytes(10))).empty());
   EXPECT_TRUE(TightI420(Picture(2, 2, {2, 1, 1}, Bytes(5))).empty());  // less than the planes
   EXPECT_TRUE(RgbFromFrame(Picture(0, 2, {0, 0, 0}, {})).empty());

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstring>
 #include <thread>
+#include <tuple>
 
 #include "SlotFixture.h"
 
@@ -21,8 +22,7 @@ using Outcome = FrameReader::Outcome;
 
 constexpr milliseconds kBound{10'000};
 
-class FrameReaderTest : public SlotFixture {
- protected:
+struct FrameReaderTest : SlotFixture {
   std::unique_ptr<FrameReader> Open(FrameReader::Event event = FrameReader::Event::Main) {
     std::string error;
     return FrameReader::Open(PathOf(), error, event);
@@ -38,9 +38,7 @@ TEST_F(FrameReaderTest, HandsOutEachFrameOnceWithItsPlanes) {
   const auto side = Open(FrameReader::Event::Side);
   Frame out;
   ASSERT_EQ(reader->Next(out, kBound), Outcome::Frame);
-  EXPECT_EQ(out.width, 8u);
-  EXPECT_EQ(out.rotation, 90u);
-  EXPECT_EQ(out.renderTimeMs, 1234u);
+  EXPECT_EQ(std::tuple(out.width, out.rotation, out.renderTimeMs), std::tuple(8u, 90u, 1234u));
   EXPECT_EQ(out.Plane(0).size(), 24u);
   EXPECT_EQ(out.Plane(1).size(), 8u);
   EXPECT_EQ(out.Plane(2).data(), out.data.data() + 32);

@@ -56,13 +56,13 @@ TEST(StreamDataManager, KnowsTheOwnCameraStream) {
   EXPECT_EQ(table.GetSelfSid(), "");
   table.UpdateStream(Stream("me", "mine"));
   EXPECT_EQ(table.GetSelfSid(), "mine");
-  table.SetSelfStreamHasVideo(false);
-
   table.RemoveSelfUidSid();
   EXPECT_EQ(table.GetSelfUid() + table.GetSelfSid(), "");
+
   table.AddSelfUid("me");
+  table.SetSelfStreamHasVideo(false);
   table.ClearAllStreams();
-  EXPECT_EQ(table.GetSelfUid() + table.GetSelfSid(), "");
+  EXPECT_EQ(table.GetSelfUid(), "");
   EXPECT_FALSE(table.GetSelfStreamHasVideo());
   StreamInfo found;
   EXPECT_FALSE(table.GetStreamBySid("mine", found));

@@ -15,22 +15,16 @@ namespace {
 
 using namespace slots_test;
 
-VideoFrameSlots& Slots() {
-  static auto* const slots = new VideoFrameSlots("slot process", [](auto, const auto&) {});
-  return *slots;
-}
+// None of it ever ends: a thread uses it up to the last moment.
+auto& slots = *new VideoFrameSlots("slot process", [](auto, const auto&) {});
+const auto& picture = *new TestFrame(640, 360, 1);
+std::atomic<int> rounds{0};
 
-const TestFrame& Picture() {
-  static auto* const frame = new TestFrame(640, 360, 1);
-  return *frame;
-}
-
-void WriteForEver(std::atomic<int>& rounds) {
+void WriteForEver() {
   while (true) {
-    Slots().Tick();
-    Slots().UpdateSlot("a", Picture().meta, Picture().planes);
-    Slots().UpdateSlot("b", Picture().meta, Picture().planes);
-    if (++rounds % 4 == 0) Slots().DestroySlot(RecordOf("b"));
+    slots.Tick();
+    for (const char* sid : {"a", "b"}) slots.UpdateSlot(sid, picture.meta, picture.planes);
+    if (++rounds % 4 == 0) slots.DestroySlot(RecordOf("b"));
   }
 }
 
@@ -39,12 +33,11 @@ void WriteForEver(std::atomic<int>& rounds) {
 int main(int, char** arguments) {
   AddStream("ann", "a");
   AddStream("bob", "b");
-  Slots().UpdateSlot("a", Picture().meta, Picture().planes);
-  std::puts(Slots().Snapshot().at("a").slot->Path().c_str());
+  slots.UpdateSlot("a", picture.meta, picture.planes);
+  std::puts(slots.Snapshot().at("a").slot->Path().c_str());
   std::fflush(stdout);
   if (arguments[1] == std::string("hold")) pause();
-  static auto* const rounds = new std::atomic<int>(0);
-  std::thread([] { WriteForEver(*rounds); }).detach();
-  while (*rounds < 50) std::this_thread::yield();
+  std::thread(WriteForEver).detach();
+  while (rounds < 50) std::this_thread::yield();
   std::exit(0);
 }

@@ -23,8 +23,7 @@ using namespace TESSARIN_LUMARC::slots;
 using Names = std::vector<std::string>;
 
 // A program with slots, and the path of its first one.
-class SlotProcess {
- public:
+struct SlotProcess {
   explicit SlotProcess(const char* end) : process(support::BesideTest("slot_process"), {end}) {
     EXPECT_TRUE(process.WaitForOut("\n"));
     path = process.Out().substr(0, process.Out().find('\n'));
@@ -46,28 +45,19 @@ Names NamesWith(const std::string& text) {
   return names;
 }
 
-TEST(SlotSweep, RemovesAllThatAKilledProcessLeft) {
-  SlotProcess slots("hold");
-  ASSERT_EQ(NamesWith(slots.owner),
-            (Names{slots.path, "ravo_owner_" + slots.owner, "sem.qx_ctl_" + slots.path + "_main",
-                   "sem.qx_ctl_" + slots.path + "_side"}));
-  slots.process.Kill();
-  EXPECT_EQ(slots.process.Wait(), 128 + SIGKILL);
-  SweepLeftovers();
-  EXPECT_EQ(NamesWith(slots.owner), Names{});
-}
-
-TEST(SlotSweep, LeavesALivingProcessAlone) {
+TEST(SlotSweep, LeavesALivingProcessAloneAndRemovesAllThatAKilledOneLeft) {
   SlotProcess slots("hold");
   SweepLeftovers();
   const auto names = NamesWith(slots.owner);
-  EXPECT_EQ(names.size(), 4u);
+  EXPECT_EQ(names, (Names{slots.path, "ravo_owner_" + slots.owner, "sem.qx_ctl_" + slots.path + "_main",
+                          "sem.qx_ctl_" + slots.path + "_side"}));
   for (const auto& name : names) {
     EXPECT_EQ(std::filesystem::status("/dev/shm/" + name).permissions(), std::filesystem::perms{0600}) << name;
   }
   slots.process.Kill();
-  slots.process.Wait();
+  EXPECT_EQ(slots.process.Wait(), 128 + SIGKILL);
   SweepLeftovers();
+  EXPECT_EQ(NamesWith(slots.owner), Names{});
 }
 
 TEST(SlotSweep, NeedsNoneAfterAnExitInTheMiddleOfFrames) {
