@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <pthread.h>
 #include <ravo/ravo.h>
 
@@ -19,7 +19,7 @@ namespace {
 using TESSARIN_COMMON::CurrentProcessId;
 using TESSARIN_COMMON::CurrentThreadId;
 
-constexpr std::uint64_t kNsPerSecond = 1'000'000'000;
+constexpr double kNsPerSecond = 1e9;
 
 struct Thread {
   std::string name;
@@ -45,44 +45,34 @@ std::string Take(char* text) {
 }
 
 // The processor time of the calling thread, by its own clock.
-std::uint64_t OwnCpuNs() {
+double OwnCpuNs() {
   timespec time{};
   EXPECT_EQ(clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time), 0);
-  return static_cast<std::uint64_t>(time.tv_sec) * kNsPerSecond + static_cast<std::uint64_t>(time.tv_nsec);
-}
-
-// Keeps a core busy for a second of processor time, however long the machine takes to give it.
-void BurnASecond() {
-  const std::uint64_t start = OwnCpuNs();
-  while (OwnCpuNs() - start < kNsPerSecond) {
-    for (volatile int i = 0; i < 100000;) i = i + 1;
-  }
-}
-
-void ExpectWithin(std::uint64_t value, std::uint64_t expected, double part) {
-  const auto wanted = static_cast<double>(expected);
-  EXPECT_NEAR(static_cast<double>(value), wanted, wanted * part);
+  return static_cast<double>(time.tv_sec) * kNsPerSecond + static_cast<double>(time.tv_nsec);
 }
 
 TEST(SamplingExports, BurntCoreShowsInThreadProcessAndMachine) {
   const SystemCpuTime machineBefore = getSystemCpuTime();
   const ProcessPerformance processBefore = getProcessPerformance(CurrentProcessId());
-  std::uint64_t burntNs = 0;  // by the thread's own clock
+  double burntNs = 0;
+  // Keeps a core busy for a second of processor time, however long the machine takes to give it.
   const ParkedThread burner("", [&] {
-    BurnASecond();
-    burntNs = OwnCpuNs();
+    while ((burntNs = OwnCpuNs()) < kNsPerSecond) {
+      for (volatile int i = 0; i < 100000;) i = i + 1;
+    }
   });
   const ProcessPerformance process = getProcessPerformance(CurrentProcessId());
   const SystemCpuTime machine = getSystemCpuTime();
   EXPECT_GE(machine.kernel, machine.idle);
   EXPECT_EQ(machine.total, machine.kernel + machine.user);
 
-  ExpectWithin(Threads()[burner.Id()].cpuNs, burntNs, 0.15);
+  const auto isBurnt = testing::DoubleNear(burntNs, burntNs * 0.15);
+  EXPECT_THAT(static_cast<double>(Threads()[burner.Id()].cpuNs), isBurnt);
   // Only the burner did anything in this process.
   const std::uint64_t processors = std::thread::hardware_concurrency();
-  ExpectWithin((process.cpuTime - processBefore.cpuTime) * processors, burntNs, 0.15);
+  EXPECT_THAT(static_cast<double>((process.cpuTime - processBefore.cpuTime) * processors), isBurnt);
   const std::uint64_t busyTicks = (machine.total - machine.idle) - (machineBefore.total - machineBefore.idle);
-  EXPECT_GE(static_cast<double>(busyTicks) * 100, static_cast<double>(burntNs) * 0.85);
+  EXPECT_GE(static_cast<double>(busyTicks) * 100, burntNs * 0.85);
 }
 
 TEST(SamplingExports, WrittenMemoryShows) {

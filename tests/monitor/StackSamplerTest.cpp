@@ -20,16 +20,13 @@ using Texts = std::vector<std::string>;
 
 constexpr std::uint64_t kManyFrames = 100;
 
-Texts Take(FfiList list) {
+Texts StackOf(std::uint32_t thread, std::uint64_t maxFrames = kManyFrames, std::vector<const char*> stop = {}) {
+  FfiList list = getThreadStack(thread, maxFrames, stop.data(), static_cast<std::uint32_t>(stop.size()));
   EXPECT_NE(list.data, nullptr);
   char** const texts = static_cast<char**>(list.data);
-  Texts copy(texts, texts + list.count);
+  const Texts stack(texts, texts + list.count);
   releaseStringArrayFFI(&list);
-  return copy;
-}
-
-Texts StackOf(std::uint32_t thread, std::uint64_t maxFrames = kManyFrames, std::vector<const char*> stop = {}) {
-  return Take(getThreadStack(thread, maxFrames, stop.data(), static_cast<std::uint32_t>(stop.size())));
+  return stack;
 }
 
 bool IsInKnownPlace(const std::string& frame) {
@@ -46,12 +43,6 @@ Texts ParkedStack(const ParkedThread& thread) {
   return stack;
 }
 
-// The module of the tests, as frames name it.
-std::string OwnModule(const Texts& stack) {
-  const auto place = std::ranges::find_if(stack, IsInKnownPlace);
-  return place == stack.end() ? "" : place->substr(0, place->find("---"));
-}
-
 Texts theInfoLines;
 void KeepInfo(const char* text) {
   theInfoLines.emplace_back(text);
@@ -63,18 +54,13 @@ class StackSampler : public testing::Test {
   ~StackSampler() override { symCleanupCurrentProcess(); }
 };
 
-TEST_F(StackSampler, FindsThePlaceOfAParkedThread) {
+TEST_F(StackSampler, FindsThePlaceOfAParkedThreadAndEndsAtAStopModuleAndAtTheMaximum) {
   const ParkedThread thread("parked");
   const Texts stack = ParkedStack(thread);
-  EXPECT_THAT(stack, Contains(AllOf(HasSubstr("stacks_tests"), HasSubstr(PARKING_FILE), HasSubstr("---"),
-                                    testing::ResultOf(IsInKnownPlace, true))));
-}
-
-TEST_F(StackSampler, EndsAtAStopModuleAndAtTheMaximum) {
-  const ParkedThread thread("parked");
-  const Texts stack = ParkedStack(thread);
-  const std::string own = OwnModule(stack);
-  ASSERT_FALSE(own.empty());
+  const auto place = std::ranges::find_if(stack, IsInKnownPlace);
+  ASSERT_NE(place, stack.end());
+  EXPECT_THAT(*place, AllOf(HasSubstr("stacks_tests"), HasSubstr(PARKING_FILE), HasSubstr("---")));
+  const std::string own = place->substr(0, place->find("---"));  // the module of the tests, as frames name it
   const auto above = std::ranges::find_if(stack, [&](const std::string& frame) { return frame.starts_with(own); });
   EXPECT_THAT(StackOf(thread.Id(), kManyFrames, {"other", own.c_str()}), SizeIs(above - stack.begin()));
   const std::string otherCase = "S" + own.substr(1);
