@@ -96,14 +96,6 @@ TEST_F(Endpoint, ABadFrameEndsTheSessionAndTheNextClientIsServed) {
   EXPECT_EQ(serverOwner_.Calls(calls)[calls - 2], "y");
 }
 
-TEST_F(Endpoint, ABodyMayComeInPieces) {
-  ASSERT_TRUE(server_.Start());
-  const auto client = BareClient();
-  EXPECT_TRUE(client->Send("\x03\0\0\0", 4));
-  EXPECT_TRUE(client->Send("abc\x02\0\0\0de", 9));
-  EXPECT_EQ(serverOwner_.Calls(3), (Lines{"connected", "abc", "de"}));
-}
-
 TEST_F(Endpoint, ASendWithNobodyConnectedIsLost) {
   ASSERT_TRUE(server_.Start());
   EXPECT_FALSE(SendText(server_, "early"));
@@ -111,24 +103,6 @@ TEST_F(Endpoint, ASendWithNobodyConnectedIsLost) {
   StartBoth();
   EXPECT_TRUE(SendText(server_, "now"));
   EXPECT_EQ(clientOwner_.Calls(2), (Lines{"connected", "now"}));
-}
-
-TEST_F(Endpoint, SendersOnManyThreadsNeverMixTheirBytes) {
-  constexpr int kSenders = 4;
-  constexpr int kMessages = 100;
-  StartBoth();
-  std::vector<std::thread> senders;
-  for (int i = 0; i < kSenders; ++i) {
-    senders.emplace_back([this, i] {
-      for (std::size_t n = 0; n < kMessages; ++n) {
-        EXPECT_TRUE(SendText(server_, std::string(64 + n * 997 % 60'000, static_cast<char>('a' + i))));
-      }
-    });
-  }
-  for (auto& sender : senders) sender.join();
-  const Lines calls = clientOwner_.Calls(1 + kSenders * kMessages);
-  EXPECT_EQ(calls.size(), 1u + kSenders * kMessages);
-  for (const auto& call : calls) EXPECT_FALSE(call.ends_with("broken")) << call;
 }
 
 // Answers on a runner, in the order of the questions; the last one takes until it is let go.
@@ -202,21 +176,13 @@ TEST_F(Endpoint, AStopEndsTheSessionAndTheServerCanStartAgain) {
   EXPECT_EQ(serverOwner_.Calls(3).size(), 3u);
 }
 
-TEST_F(Endpoint, AServerThatStillWaitsForAClientCanEnd) {
+TEST_F(Endpoint, AServerThatWaitsForAClientOrHasNoPipeEndsQuietly) {
   for (int i = 0; i < 20; ++i) {
-    IPCServer server(name_);
+    IPCServer server(i < 19 ? name_ : "no such folder/and no pipe");
+    EXPECT_FALSE(server.Start()) << "without a delegate";
     server.SetDelegate(&serverOwner_);
-    ASSERT_TRUE(server.Start());
+    EXPECT_TRUE(server.Start());
   }
-  EXPECT_EQ(serverOwner_.Calls(0), Lines{});
-}
-
-TEST_F(Endpoint, AServerWithoutAPipeStartsAndEndsQuietly) {
-  IPCServer server("no such folder/and no pipe");
-  EXPECT_FALSE(server.Start()) << "without a delegate";
-  server.SetDelegate(&serverOwner_);
-  EXPECT_TRUE(server.Start());
-  EXPECT_TRUE(server.Stop());
   EXPECT_EQ(serverOwner_.Calls(0), Lines{});
 }
 

@@ -10,7 +10,7 @@ using Lines = std::vector<std::string>;
 
 namespace {
 
-class NamedPipeTest : public ipc_test::PipeTest {};
+using NamedPipeTest = ipc_test::PipeTest;
 
 // What is still on its way when the connection ends must outlive neither the test nor the system's use of it.
 TEST_F(NamedPipeTest, AConnectionMayEndWithReadsAndWritesInFlight) {
@@ -27,12 +27,6 @@ TEST_F(NamedPipeTest, AConnectionMayEndWithReadsAndWritesInFlight) {
     server_.Close();
     client_.Disconnect();
   }
-}
-
-TEST_F(NamedPipeTest, AClientKnowsItsServersProcess) {
-  EXPECT_EQ(client_.ServerProcessId(), 0u);
-  ConnectBoth();
-  EXPECT_EQ(client_.ServerProcessId(), CurrentProcessId());
 }
 
 // Each use of an end whose peer has gone, one after the other, the posted read first.
@@ -65,16 +59,18 @@ TEST_F(NamedPipeTest, AnEndHearsThatItsPeerHasGone) {
 }
 
 // These have no error of the system behind them, and are reported once.
-TEST_F(NamedPipeTest, AClientIsToldOfAUseOutOfTurn) {
+TEST_F(NamedPipeTest, AClientIsToldOfAUseOutOfTurnAndKnowsItsServersProcess) {
   NamedPipeClient nameless("");
   nameless.SetErrorReporter(&clientReports_);
   EXPECT_FALSE(nameless.Connect(5));
   EXPECT_FALSE(client_.Disconnect());
+  EXPECT_EQ(client_.ServerProcessId(), 0u);
   ConnectBoth();
   EXPECT_FALSE(client_.Connect(0));
   EXPECT_EQ(clientReports_.Take(),
             (Lines{"-1001 pipe name is empty.", "-1000 client handle is invalid, no need to disconnect again.",
                    "-1000 client handle is invalid, no need to connect again."}));
+  EXPECT_EQ(client_.ServerProcessId(), CurrentProcessId());
   EXPECT_TRUE(client_.Send("x", 1));
   EXPECT_EQ(ReadText(server_, 1), "x");
 }
@@ -102,7 +98,9 @@ TEST_F(NamedPipeTest, AHandleThatIsNoPipeCannotBeBound) {
   EXPECT_EQ(clientReports_.Take(), (Lines{"-1005 client pipe bind to io completion port failed.", "system"}));
 }
 
-TEST_F(NamedPipeTest, ASendBeforeAClientIsThereFailsAndASendOfNothingIsSilent) {
+TEST_F(NamedPipeTest, AUseBeforeTheOtherEndIsThereFailsAndASendOfNothingIsSilent) {
+  EXPECT_EQ(client_.WaitRecvData(), -2);
+  EXPECT_EQ(clientReports_.Take(), (Lines{"-1008 wait receive data failed.", "system"}));
   EXPECT_FALSE(server_.Send("x", 1));
   ASSERT_TRUE(server_.Open());
   EXPECT_FALSE(server_.Send(nullptr, 1));
@@ -126,11 +124,6 @@ TEST_F(NamedPipeTest, ADisconnectWakesTheOwnReader) {
   EXPECT_TRUE(client_.Disconnect());
   EXPECT_EQ(client_.WaitRecvData(), -1);
   EXPECT_EQ(clientReports_.Take(), Lines{"-1009 wait receive data failed."});
-}
-
-TEST_F(NamedPipeTest, AWaitWithoutALinkFails) {
-  EXPECT_EQ(client_.WaitRecvData(), -2);
-  EXPECT_EQ(clientReports_.Take(), (Lines{"-1008 wait receive data failed.", "system"}));
 }
 
 // Else a client that dies at once would leave a server that waits for nobody.

@@ -6,7 +6,6 @@
 #include <map>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "host/Program.h"
 
@@ -39,13 +38,6 @@ void WriteEarlyLines(const std::string& folder) {
   std::exit(0);
 }
 
-void WriteFromThreads(const std::string& folder) {
-  Create(folder);
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) threads.emplace_back([i] { WriteMany("thread " + std::to_string(i), 500); });
-  for (auto& thread : threads) thread.join();
-}
-
 // Waits for its end by the test, so that no flush at exit helps.
 void HangAfterWarning(const std::string& folder) {
   Create(folder, 7, 0);
@@ -71,7 +63,10 @@ void WriteMisuse(const std::string& folder) {
 int main(int argc, char** argv) {
   const auto arguments = host::Arguments(argc, argv);
   const std::map<std::string, void (*)(const std::string&)> actions = {
-      {"early", WriteEarlyLines},    {"exit", ExitUnderLoad}, {"threads", WriteFromThreads},
-      {"warning", HangAfterWarning}, {"big", WriteBig},       {"misuse", WriteMisuse}};
+      {"early", WriteEarlyLines},
+      {"exit", ExitUnderLoad},
+      {"warning", HangAfterWarning},
+      {"big", WriteBig},
+      {"misuse", WriteMisuse}};
   actions.at(arguments.at(0))(arguments.at(1));
 }

@@ -74,9 +74,8 @@ TEST_F(PowerSaveBlockerTest, KeepsNothingOfAFailureAndTriesAgain) {
   EXPECT_THAT(Made(), IsEmpty());
   requests_.sets = true;
   EXPECT_TRUE(blocker_.StartPreventDisplaySleep());
-  for (const char* call : {"PowerCreateRequest", "PowerSetRequest", "PowerClearRequest"}) {
-    const auto lines = log_.Texts();
-    EXPECT_THAT(lines, testing::Contains(testing::StartsWith(std::string(call) + " fail errorcode:"))) << call;
+  for (const std::string call : {"PowerCreateRequest", "PowerSetRequest", "PowerClearRequest"}) {
+    EXPECT_THAT(log_.Texts(), testing::Contains(testing::StartsWith(call + " fail errorcode:")));
   }
 }
 

@@ -18,8 +18,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-class SocketFile : public ipc_test::PipeTest {
- protected:
+struct SocketFile : ipc_test::PipeTest {
   ~SocketFile() override { fs::remove(name_); }
 };
 
