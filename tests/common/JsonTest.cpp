@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "common/Fnv1a.h"
 #include "common/JsonNode.h"
 #include "common/JsonWriter.h"
 
@@ -114,12 +113,6 @@ TEST(JsonNode, GettersAndNavigationKeepTheirRules) {
   EXPECT_THROW(list[2], std::runtime_error);
   EXPECT_THROW(root[0], std::runtime_error);
   EXPECT_THROW(list.Find("x"), std::runtime_error);
-}
-
-TEST(Fnv1a, MatchesThePublishedVectors) {
-  EXPECT_EQ(Fnv1a(""), 0x811c9dc5u);
-  EXPECT_EQ(Fnv1a("a"), 0xe40c292cu);
-  EXPECT_EQ(Fnv1a("foobar"), 0xbf9cf968u);
 }
 
 TEST(JsonWriter, WritesARecordInFieldOrderNarrowingWhereTheFieldSaysSo) {

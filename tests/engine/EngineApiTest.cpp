@@ -15,14 +15,6 @@ using TESSARIN_LUMARC::EngineTable;
 
 namespace {
 
-DeviceInfo device{};
-bool deviceFlag = false;
-
-void OnDevice(DeviceInfo info, bool flag) {
-  device = info;
-  deviceFlag = flag;
-}
-
 class EngineApiTest : public testing::Test {
  protected:
   EngineApiTest() { static_cast<EngineTable&>(api) = EngineTable{}; }
@@ -62,16 +54,6 @@ TEST_F(EngineApiTest, ThePathIsUtf8AndNamesThatTheLibraryLacksStayEmptyWithoutAW
   EXPECT_NE(api.VemoraUninit, nullptr) << "not called, but resolved";
   EXPECT_EQ(CountEntries(), 3u);
   EXPECT_TRUE(log.Lines().empty());
-}
-
-TEST_F(EngineApiTest, ArgumentsAndRecordsByValueCrossUnchanged) {
-  ASSERT_TRUE(api.Load(tinyEngine));
-  api.OnDeviceChange.Register<&OnDevice>();
-  EXPECT_EQ(api.SetDevice(2, "mic", true), -7);
-  EXPECT_STREQ(device.deviceId, "mic");
-  EXPECT_EQ(device.deviceType, 2);
-  EXPECT_EQ(device.canAutoFraming, 1);
-  EXPECT_TRUE(deviceFlag);
 }
 
 }  // namespace

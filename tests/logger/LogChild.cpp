@@ -62,11 +62,10 @@ void WriteMisuse(const std::string& folder) {
 
 int main(int argc, char** argv) {
   const auto arguments = host::Arguments(argc, argv);
-  const std::map<std::string, void (*)(const std::string&)> actions = {
-      {"early", WriteEarlyLines},
-      {"exit", ExitUnderLoad},
-      {"warning", HangAfterWarning},
-      {"big", WriteBig},
-      {"misuse", WriteMisuse}};
+  const std::map<std::string, void (*)(const std::string&)> actions = {{"early", WriteEarlyLines},
+                                                                       {"exit", ExitUnderLoad},
+                                                                       {"warning", HangAfterWarning},
+                                                                       {"big", WriteBig},
+                                                                       {"misuse", WriteMisuse}};
   actions.at(arguments.at(0))(arguments.at(1));
 }

@@ -56,11 +56,11 @@ TEST(ServerOption, EnumerationsAreHeldInSixtyFourBitsAndWrittenInThirtyTwo) {
       R"({"logVersion":4294967303,"resourceEnv":4294967298,"audioProfile":4294967297,"sleepTime":4294967297,)"
       R"("screenProfile":{"scaleMode":4294967301,"width":4294967301},)"
       R"("proxyConfigs":[{"proxyType":4294967302}],"vendorTypeConfig":{"vendorType":4294967299}})";
-  EXPECT_THAT(JsonText(ParseServerOption(text)),
-              AllOf(HasSubstr(R"("logVersion":7,)"), HasSubstr(R"("resourceEnv":2,)"), HasSubstr(R"("audioProfile":1,)"),
-                    HasSubstr(R"("sleepTime":4294967297,)"), HasSubstr(R"("scaleMode":5,)"),
-                    HasSubstr(R"("width":4294967301,)"), HasSubstr(R"("proxyType":6,)"),
-                    HasSubstr(R"("vendorType":3,)")));
+  EXPECT_THAT(
+      JsonText(ParseServerOption(text)),
+      AllOf(HasSubstr(R"("logVersion":7,)"), HasSubstr(R"("resourceEnv":2,)"), HasSubstr(R"("audioProfile":1,)"),
+            HasSubstr(R"("sleepTime":4294967297,)"), HasSubstr(R"("scaleMode":5,)"),
+            HasSubstr(R"("width":4294967301,)"), HasSubstr(R"("proxyType":6,)"), HasSubstr(R"("vendorType":3,)")));
 }
 
 // The whole text is in the test of the server's start.

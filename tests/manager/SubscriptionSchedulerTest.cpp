@@ -12,10 +12,7 @@ using Calls = std::vector<std::string>;
 
 class SubscriptionSchedulerTest : public testing::Test, private ISubscribeOutput {
  protected:
-  SubscriptionSchedulerTest() : scheduler_(*this) {
-    scheduler_.ApplyOptions(10, 300);
-    scheduler_.SetStreamResolutions("s", kEncodings);
-  }
+  SubscriptionSchedulerTest() : scheduler_(*this) { scheduler_.SetStreamResolutions("s", kEncodings); }
 
   bool StatusHas(const std::string& text) {
     return TESSARIN_COMMON::JsonText(scheduler_.GetStatus()).find(text) != std::string::npos;
@@ -65,10 +62,10 @@ TEST_F(SubscriptionSchedulerTest, AWishIsAskedForOnceAndTheLastViewThatLeavesTak
 
 TEST_F(SubscriptionSchedulerTest, AfterTheVideoWasTakenAwayTheLargestPictureWinsAndTheFirstOfTwoEqualOnes) {
   const std::pair<std::vector<std::uint64_t>, const char*> cases[] = {{{0, 2}, "Subscribe s av 30 1280x720"},
-               {{2, 0}, "Subscribe s av 30 1280x720"},
-               {{0, 1}, "Subscribe s av 15 320x180"},
-               {{1, 0}, "Subscribe s av 20 180x320"},
-               {{9, 0}, "Subscribe s av 15 320x180"}};
+                                                                      {{2, 0}, "Subscribe s av 30 1280x720"},
+                                                                      {{0, 1}, "Subscribe s av 15 320x180"},
+                                                                      {{1, 0}, "Subscribe s av 20 180x320"},
+                                                                      {{9, 0}, "Subscribe s av 15 320x180"}};
   for (const auto& [wishes, asked] : cases) {
     scheduler_.RemoveStreamAll("s");
     for (const std::uint64_t index : wishes) {
@@ -117,16 +114,6 @@ TEST_F(SubscriptionSchedulerTest, TheOwnStreamIsNeverSubscribed) {
   self_ = "s";
   scheduler_.subscribe_video("s", 0, "a", 0);
   EXPECT_TRUE(TakeCalls().empty());
-}
-
-TEST_F(SubscriptionSchedulerTest, AMaximumOfZeroThrottlesNothing) {
-  scheduler_.SetMaxNumber(0);
-  scheduler_.SetStreamResolutions("t", {{640, 360, 0, 30, 0, 0}});
-  scheduler_.subscribe_video("s", 0, "a", 0);
-  scheduler_.subscribe_video("t", 0, "a", 0);
-  EXPECT_EQ(TakeCalls().size(), 4u);
-  scheduler_.ApplyOptions(4, 0);
-  EXPECT_TRUE(StatusHas(R"("maxSubscribingNumber":4,"subscribing":["s","t"])"));
 }
 
 }  // namespace

@@ -62,10 +62,10 @@ class PowerMonitorTest : public testing::Test {
       count_.release();
     };
     monitor_.SetCallbacks({.saverChange = [=](bool on) { heard("saver " + std::to_string(on)); },
-                            .mainsChange = [=](bool on) { heard("mains " + std::to_string(on)); },
-                            .remainingChange = [=](std::int32_t percent) { heard(std::to_string(percent)); },
-                            .resume = [=] { heard("resume"); },
-                            .suspend = [=] { heard("suspend"); }});
+                           .mainsChange = [=](bool on) { heard("mains " + std::to_string(on)); },
+                           .remainingChange = [=](std::int32_t percent) { heard(std::to_string(percent)); },
+                           .resume = [=] { heard("resume"); },
+                           .suspend = [=] { heard("suspend"); }});
   }
 
   // What was heard since the last call; waits for so much.
