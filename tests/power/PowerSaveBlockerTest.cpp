@@ -5,7 +5,6 @@
 
 using namespace TESSARIN_POWER;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -36,8 +35,6 @@ class ScriptedRequests final : public PowerRequests {
 
 class PowerSaveBlockerTest : public testing::Test {
  protected:
-  std::vector<std::string> Made() { return std::exchange(requests_.made, {}); }
-
   const support::LogCapture log_;
   ScriptedRequests& requests_ = *new ScriptedRequests;
   PowerSaveBlockerImpl blocker_{std::unique_ptr<PowerRequests>(&requests_)};
@@ -46,34 +43,29 @@ class PowerSaveBlockerTest : public testing::Test {
 TEST_F(PowerSaveBlockerTest, HoldsEachKindOnceAndApart) {
   blocker_.StopPreventDisplaySleep();
   blocker_.StopPreventAppSuspension();
-  EXPECT_THAT(Made(), IsEmpty());
-  EXPECT_TRUE(blocker_.StartPreventDisplaySleep());
-  EXPECT_TRUE(blocker_.StartPreventAppSuspension());
-  EXPECT_THAT(Made(), ElementsAre("create", "set 0 0", "create", "set 1 3"));
-  EXPECT_TRUE(blocker_.StartPreventDisplaySleep());
-  EXPECT_TRUE(blocker_.StartPreventAppSuspension());
-  EXPECT_THAT(Made(), IsEmpty());
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_TRUE(blocker_.StartPreventDisplaySleep());
+    EXPECT_TRUE(blocker_.StartPreventAppSuspension());
+  }
   EXPECT_TRUE(log_.Has("preventDisplaySleepHandle is not null, already started"));
   EXPECT_TRUE(log_.Has("preventAppSuspensionHandle is not null, already started"));
   blocker_.StopPreventDisplaySleep();
-  EXPECT_THAT(Made(), ElementsAre("clear 0 0", "close 0"));
   blocker_.StopPreventAppSuspension();
-  EXPECT_THAT(Made(), ElementsAre("clear 1 3", "close 1"));
+  EXPECT_THAT(requests_.made,
+              ElementsAre("create", "set 0 0", "create", "set 1 3", "clear 0 0", "close 0", "clear 1 3", "close 1"));
 }
 
 TEST_F(PowerSaveBlockerTest, KeepsNothingOfAFailureAndTriesAgain) {
   requests_.creates = false;
   EXPECT_FALSE(blocker_.StartPreventDisplaySleep());
-  EXPECT_THAT(Made(), ElementsAre("create"));
   requests_.creates = true;
   requests_.sets = false;
   requests_.clears = false;
   EXPECT_FALSE(blocker_.StartPreventDisplaySleep());
-  EXPECT_THAT(Made(), ElementsAre("create", "set 0 0", "clear 0 0", "close 0"));
   blocker_.StopPreventDisplaySleep();
-  EXPECT_THAT(Made(), IsEmpty());
   requests_.sets = true;
   EXPECT_TRUE(blocker_.StartPreventDisplaySleep());
+  EXPECT_THAT(requests_.made, ElementsAre("create", "create", "set 0 0", "clear 0 0", "close 0", "create", "set 1 0"));
   for (const std::string call : {"PowerCreateRequest", "PowerSetRequest", "PowerClearRequest"}) {
     EXPECT_THAT(log_.Texts(), testing::Contains(testing::StartsWith(call + " fail errorcode:")));
   }
