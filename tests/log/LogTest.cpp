@@ -37,6 +37,18 @@ TEST(ScopeTracer, AScopeThatAnExceptionEndsStillLogsItsExitAndCost) {
   EXPECT_EQ(log.Texts(), (std::vector<std::string>{"entry A::B", "exit A::B, cost : 12"}));
 }
 
+TEST(FunctionStatistics, PrintsAnAverageAndDoesNotDivideByZero) {
+  const support::LogCapture log;
+  { const FunctionStatistics none("f"); }
+  {
+    FunctionStatistics two("g");
+    two.AddCall(10);
+    two.AddCall(21);
+  }
+  EXPECT_EQ(log.Texts(), (std::vector<std::string>{"Function f be executed 0,cost 0us,avg 0us",
+                                                   "Function g be executed 2,cost 31us,avg 15us"}));
+}
+
 TEST(IntervalGate, AnswersYesAtFirstAndThenOnceAPeriod) {
   support::FakeClock clock;
   IntervalGate gate(5000, clock);
