@@ -20,12 +20,11 @@ class Devices : public stand::Started {
   }
 };
 
-TEST_F(Devices, ListsBelongToTheEngine) {
+TEST_F(Devices, ReportsListsThatAreGivenBackOtherThanTheyWere) {
   const auto before = SimViolationCount();
   DeviceList list{};
   GetDevices(kMicrophone, &list);
   ASSERT_EQ(list.count, 2);
-  EXPECT_STREQ(list.devices[1].deviceId, "m2");
   FreeDeviceInfoList(list.devices + 1, list.count);
   FreeDeviceInfoList(list.devices, list.count - 1);
   EXPECT_EQ(SimViolationCount(), before + 2);
@@ -42,27 +41,6 @@ TEST_F(Devices, ChangesAreToldAndALostDeviceGivesWay) {
   EXPECT_TRUE(WaitFor("OnDeviceAdded 1 [s2] [s1] [s1,s2]"));
   EXPECT_TRUE(WaitFor("OnSystemDefaultDeviceChange 1 s1 s2"));
   EXPECT_TRUE(WaitFor("OnDeviceChange s2"));  // nobody had chosen, so the default is in use
-}
-
-TEST_F(Devices, ListsOfScreensOutliveTheirScene) {
-  const auto before = SimViolationCount();
-  SimSetParams(R"({"sim.screens": {"desktops": [{"id": 5, "width": 800, "height": 600}],
-                                   "windows": [{"id": 9, "pid": 77, "title": "Old"}]}})");
-  DesktopList desktops{};
-  SCGetDesktopList(&desktops);
-  ASSERT_EQ(desktops.count, 1);
-  EXPECT_EQ(desktops.desktops[0].width, 800);
-  WindowList windows{};
-  SCGetWindowList(&windows);
-  ASSERT_EQ(windows.count, 1);
-
-  SimSetParams(R"({"sim.screens": {"desktops": [{"id": 6}]}})");
-  EXPECT_STREQ(windows.windows[0].title, "Old");
-  FreeDesktopListVector(desktops.desktops, desktops.count);
-  FreeWindowListVector(windows.windows, windows.count);
-  GetDesktopThumbnailAsyn(320, 180);
-  EXPECT_TRUE(WaitFor("OnDesktopThumbnail 1 6 sim-thumbnail:6:320x180"));
-  EXPECT_EQ(SimViolationCount(), before);
 }
 
 }  // namespace

@@ -5,16 +5,14 @@ namespace {
 using stand::Frame;
 using stand::WaitForFrames;
 
-class Media : public stand::Started {};
+using Media = stand::Started;
 
 TEST_F(Media, StreamFallsSilentComesBackAndTakesAnotherEncoding) {
   Join(R"({"userId": "hush", "silentAfterFrames": 3, "silentForMs": 300})");
   Watch("hush_0", 64, 36, 30);
   const auto frames = WaitForFrames("hush", 4);
   ASSERT_GE(frames.size(), 4U);
-  const auto pause = frames[3].info.renderTimeMs - frames[2].info.renderTimeMs;
-  EXPECT_GE((pause + 2000000) % 2000000, 300);
-  EXPECT_LT(frames[3].info.renderTimeMs, 2000000);
+  EXPECT_GE((frames[3].info.renderTimeMs - frames[2].info.renderTimeMs + 2000000) % 2000000, 300);
   Watch("hush_0", 16, 8, 50);
   EXPECT_FALSE(WaitForFrames("hush", 1, [](const Frame& frame) { return frame.info.width == 16; }).empty());
 }
@@ -26,11 +24,7 @@ TEST_F(Media, FileThatCannotBePlayedIsReportedAndAMovingPatternStandsIn) {
   const auto frames = WaitForFrames("lost", 2);
   EXPECT_EQ(SimViolationCount(), before + 1);
   ASSERT_GE(frames.size(), 2U);
-  const auto lastRow = [](const Frame& frame) {
-    return std::vector<std::uint8_t>(frame.planes[0].end() - static_cast<std::ptrdiff_t>(frame.strides[0]),
-                                     frame.planes[0].end());
-  };
-  EXPECT_NE(lastRow(frames[0]), lastRow(frames[1]));
+  EXPECT_NE(frames[0].luma, frames[1].luma);
 }
 
 TEST_F(Media, PushesAFrameOfTheTestsOwn) {
@@ -42,7 +36,7 @@ TEST_F(Media, PushesAFrameOfTheTestsOwn) {
   const auto frames = WaitForFrames("pix", 1);
   ASSERT_EQ(frames.size(), 1U);
   EXPECT_EQ(frames[0].info.rotation, 270);
-  EXPECT_EQ(frames[0].planes[0], (std::vector<std::uint8_t>{1, 2, 3, 4, 5, 6, 7, 8}));
+  EXPECT_EQ(frames[0].luma, (std::vector<std::uint8_t>{1, 2, 3, 4, 5, 6, 7, 8}));
 }
 
 }  // namespace

@@ -5,19 +5,25 @@ namespace {
 using stand::Count;
 using stand::WaitFor;
 
-class Room : public stand::Started {};
+using Room = stand::Started;
 
 TEST_F(Room, ParticipantsComePublishAndGo) {
   Join(R"({"userId": "ann", "encodings": [{"width": 320, "height": 180},
                                           {"width": 640, "height": 360, "frameRate": 15}]},
           {"userId": "ann", "streamIndex": 1, "encodings": [{"width": 800, "height": 600}]},
-          {"userId": "bob", "joinAfterMs": 30, "leaveAfterMs": 30})");
+          {"userId": "bob", "joinAfterMs": 30, "leaveAfterMs": 30},
+          {"userId": "eve", "subscribeState": 7}, {"userId": "fay", "leaveAfterFrames": 2})");
   EXPECT_TRUE(WaitFor("OnMultiStreamAdded ann ann_0 0 2 640 360 15"));
   EXPECT_TRUE(WaitFor("OnMultiStreamAdded ann ann_1 1 1 800 600 30"));
   EXPECT_TRUE(WaitFor("OnUserJoin bob 0"));
   EXPECT_TRUE(WaitFor("OnMultiStreamRemoved bob bob_0 0"));
   EXPECT_TRUE(WaitFor("OnUserLeave bob 0"));
   EXPECT_EQ(Count("OnUserJoin ann 0"), 1);
+  const SubscribeConfig any{};
+  EXPECT_EQ(Subscribe("eve_0", 3, 0, &any), 0);
+  EXPECT_TRUE(WaitFor("OnStreamSubscribed 7 eve_0"));
+  Watch("fay_0", 64, 36, 60);
+  EXPECT_TRUE(WaitFor("OnUserLeave fay 0"));  // while a frame is being handed over
 
   SimSetParams(R"({"sim.leave": ["ann"], "sim.room": {"participants": [{"userId": "cid"}]}})");
   EXPECT_TRUE(WaitFor("OnUserJoin cid 0"));
@@ -26,33 +32,7 @@ TEST_F(Room, ParticipantsComePublishAndGo) {
 
   LeaveRoom();
   EXPECT_TRUE(WaitFor("OnMultiStreamRemoved cid cid_0 0"));
-  const SubscribeConfig any{};
   EXPECT_EQ(Subscribe("cid_0", 3, 0, &any), -1);
-}
-
-TEST_F(Room, JoinThatWasLeftSucceedsNoMore) {
-  SimSetParams(R"({"sim.room": {"joinDelayMs": 30}})");
-  const JoinUser early{"early", ""};
-  const JoinRoomOption option{};
-  JoinRoom("", "room", &early, &option);
-  LeaveRoom();
-  Join();
-  EXPECT_EQ(Count("OnRoomStateChanged room early 1"), 0);
-}
-
-TEST_F(Room, SubscriptionCanBeAnsweredWithAnError) {
-  Join(R"({"userId": "eve", "subscribeState": 7})");
-  ASSERT_TRUE(WaitFor("OnMultiStreamAdded eve eve_0"));
-  const SubscribeConfig any{};
-  EXPECT_EQ(Subscribe("eve_0", 3, 0, &any), 0);
-  EXPECT_TRUE(WaitFor("OnStreamSubscribed 7 eve_0"));
-}
-
-TEST_F(Room, UserLeavesWhileHisFrameIsHandedOver) {
-  Join(R"({"userId": "fay", "leaveAfterFrames": 2})");
-  Watch("fay_0", 64, 36, 60);
-  EXPECT_TRUE(WaitFor("OnUserLeave fay 0"));
-  EXPECT_EQ(stand::WaitForFrames("fay", 3).size(), 3U);
 }
 
 TEST_F(Room, OwnCameraAndScreenArePublished) {
@@ -71,20 +51,6 @@ TEST_F(Room, OwnCameraAndScreenArePublished) {
   EXPECT_TRUE(WaitFor("OnMultiStreamRemoved me me_1 1"));
   EnableLocalVideo(false);
   EXPECT_TRUE(WaitFor("OnMultiStreamRemoved me me_0 0"));
-}
-
-// What was due before a thumbnail was asked for has been told when it comes.
-TEST_F(Room, IsStillAfterItsEnd) {
-  SimSetParams(R"({"sim.pace": {"volumeMs": 1}})");
-  Join(R"({"userId": "ivy"})");
-  EXPECT_TRUE(WaitFor("OnAudioVolumeIndication"));
-  LeaveRoom();
-  GetDesktopThumbnailAsyn(1, 1);
-  EXPECT_TRUE(WaitFor("OnDesktopThumbnail 2 1 sim-thumbnail:1:1x1"));
-  stand::Clear();
-  GetDesktopThumbnailAsyn(2, 2);
-  EXPECT_TRUE(WaitFor("OnDesktopThumbnail 2 1 sim-thumbnail:1:2x2"));
-  EXPECT_EQ(Count("OnAudioVolumeIndication"), 0);
 }
 
 }  // namespace

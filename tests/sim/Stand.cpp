@@ -49,13 +49,9 @@ void Keep(const Parts&... parts) {
   TheStore().Apply([&] { TheStore().events.push_back(text.str()); });
 }
 
-void KeepFrame(const char* userId, VideoFrameInfo info, const std::uint8_t* const* planes, std::int32_t count,
+void KeepFrame(const char* userId, VideoFrameInfo info, const std::uint8_t* const* planes, std::int32_t,
                const std::int64_t* strides) {
-  Frame frame{userId, info, {}, {strides, strides + count}};
-  for (int i = 0; i < count; ++i) {
-    const std::int64_t rows = i == 0 ? info.height : (info.height + 1) / 2;
-    frame.planes.emplace_back(planes[i], planes[i] + rows * strides[i]);
-  }
+  Frame frame{userId, info, {planes[0], planes[0] + info.height * strides[0]}};
   TheStore().Apply([&] {
     auto& frames = TheStore().frames;
     frames.push_back(std::move(frame));
@@ -69,14 +65,14 @@ std::string Names(std::int32_t count, const DeviceInfo* list) {
   return names + "]";
 }
 
-void RegisterMeeting() {
+}  // namespace
+
+void Register() {
   OnRtcSdkInit([] { Keep("OnRtcSdkInit"); });
   OnUserJoin([](const char* uid, std::int64_t value) { Keep("OnUserJoin", uid, value); });
   OnUserLeave([](const char* uid, std::int64_t value) { Keep("OnUserLeave", uid, value); });
   OnRoomStateChanged([](const char* room, const char* uid, std::int64_t, std::intptr_t, std::int64_t kind,
                         std::int64_t) { Keep("OnRoomStateChanged", room, uid, kind); });
-  OnAudioVolumeIndication(
-      [](const VolumeInfo*, std::int32_t, std::int64_t, std::int64_t) { Keep("OnAudioVolumeIndication"); });
   OnMultiStreamAdded([](const char* uid, const char* sid, std::int64_t index, const StreamResolution* resolutions,
                         std::int32_t count) {
     Keep("OnMultiStreamAdded", uid, sid, index, count, resolutions[count - 1].width, resolutions[count - 1].height,
@@ -87,9 +83,6 @@ void RegisterMeeting() {
   OnStreamSubscribed(
       [](std::int64_t state, const char* sid, const SubscribeInfo*) { Keep("OnStreamSubscribed", state, sid); });
   OnVideoCommonFrame(&KeepFrame);
-}
-
-void RegisterDevices() {
   OnDeviceAdded([](std::int64_t type, std::int32_t count1, const DeviceInfo* list1, std::int32_t count2,
                    const DeviceInfo* list2, std::int32_t count3, const DeviceInfo* list3) {
     Keep("OnDeviceAdded", type, Names(count1, list1), Names(count2, list2), Names(count3, list3));
@@ -98,23 +91,6 @@ void RegisterDevices() {
   OnSystemDefaultDeviceChange([](std::int64_t type, DeviceInfo before, DeviceInfo after) {
     Keep("OnSystemDefaultDeviceChange", type, before.deviceId, after.deviceId);
   });
-  OnDesktopThumbnail([](const Thumbnail* thumbnails, std::int32_t count) {
-    Keep("OnDesktopThumbnail", count, thumbnails[0].id, thumbnails[0].val);
-  });
-}
-
-}  // namespace
-
-void Register() {
-  RegisterMeeting();
-  RegisterDevices();
-}
-
-void Clear() {
-  TheStore().Apply([] {
-    TheStore().events.clear();
-    TheStore().frames.clear();
-  });
 }
 
 int Count(const std::string& beginning) {
@@ -122,8 +98,8 @@ int Count(const std::string& beginning) {
   return TheStore().CountLocked(beginning);
 }
 
-bool WaitFor(const std::string& beginning, int times) {
-  return TheStore().Wait([&] { return TheStore().CountLocked(beginning) >= times; });
+bool WaitFor(const std::string& beginning) {
+  return TheStore().Wait([&] { return TheStore().CountLocked(beginning) > 0; });
 }
 
 std::vector<Frame> WaitForFrames(const std::string& userId, std::size_t count,

@@ -16,18 +16,16 @@ namespace stand {
 struct Frame {
   std::string userId;
   VideoFrameInfo info;
-  std::vector<std::vector<std::uint8_t>> planes;  // as long as the stride says
-  std::vector<std::int64_t> strides;
+  std::vector<std::uint8_t> luma;  // rows as long as the stride says
 };
 
 // Registers the callbacks. They come as texts such as "OnUserJoin ann 0", numbers in decimal, and are kept for the life
-// of the process; Clear forgets.
+// of the process.
 void Register();
-void Clear();
 // Of the texts with this beginning; an empty one counts all.
 [[nodiscard]] int Count(const std::string& beginning);
-// Waits until that many have come; false after the bound.
-[[nodiscard]] bool WaitFor(const std::string& beginning, int times = 1);
+// Waits until one has come; false after the bound.
+[[nodiscard]] bool WaitFor(const std::string& beginning);
 // Waits until that many frames of a user have come that please, and gives them; fewer after the bound.
 [[nodiscard]] std::vector<Frame> WaitForFrames(
     const std::string& userId, std::size_t count,
