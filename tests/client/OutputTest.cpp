@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "ctl/StreamReading.h"
-#include "ctl/Table.h"
 
 namespace {
 
@@ -23,13 +22,6 @@ TEST(ReadableEvent, NamesTheArgumentsWhereTheirNumberIsThatOfTheDescription) {
   const std::string large = ravo::ctl::ReadableEvent({"X", "[\"" + std::string(5000, 'a') + "\"]"});
   EXPECT_LT(large.size(), 500u);
   EXPECT_THAT(large, testing::EndsWith("... (5002 bytes)"));
-}
-
-TEST(Table, ColumnsAreAsWideAsTheirWidestCharacters) {
-  ravo::ctl::Table table({"NAME", " SIZE", "LAST"});
-  table.Add({"Mikrofon für", "7", "x"});
-  table.Add({"b", "1000", ""});
-  EXPECT_EQ(table.Text(), "NAME          SIZE  LAST\nMikrofon für     7  x\nb             1000\n");
 }
 
 TEST(FrameAge, CountsAcrossTheWrapOfTheStampAndKnowsOtherStamps) {

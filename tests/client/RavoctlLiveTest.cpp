@@ -25,11 +25,11 @@ std::string Output(ServerProcess& server, std::vector<std::string> arguments) {
 }
 
 TEST(RavoctlLive, ListsDevicesDesktopsAndWindows) {
-  ServerProcess devices(R"("sim.devices":[{"type":1,"id":"s1","name":"Loud","isBuiltin":true},)"
+  ServerProcess devices(R"("sim.devices":[{"type":1,"id":"s1","name":"Löud","isBuiltin":true},)"
                         R"({"type":2,"id":"c1","name":"Eye"}],"sim.levels":[{"type":1,"volume":33}])",
                         "");
   const std::string table = Output(devices, {"devices"});
-  EXPECT_THAT(table, HasSubstr("*  speaker  Loud  s1  built-in  33"));
+  EXPECT_THAT(table, HasSubstr("*  speaker  Löud  s1  built-in  33"));
   EXPECT_THAT(table, HasSubstr("*  camera   Eye   c1  -         -"));
   ServerProcess screens(R"("sim.screens":{"desktops":[{"id":1,"x":-1280,"width":1280,"height":720}],)"
                         R"("windows":[{"id":9,"pid":77,"application":"App","title":"A b","width":8,"height":6}]})",
@@ -39,13 +39,14 @@ TEST(RavoctlLive, ListsDevicesDesktopsAndWindows) {
   EXPECT_THAT(windows, ContainsRegex("window +9 +8x6.0.0 +77 +App +A b"));
 }
 
-// Lets the command run until all of this was seen, and ends it.
-void ExpectShown(std::vector<std::string> arguments, const std::vector<const char*>& parts) {
+// Lets the command run until all of this was seen, and stops the server.
+void ExpectShown(std::vector<std::string> arguments, const std::vector<const char*>& parts, int code) {
   ServerProcess server(kRoom, "");
   arguments.insert(arguments.end(), {"--pipe", server.Pipe(), "--timeout", "60", "--join", "blue"});
   Process ctl(support::BesideTest("ravoctl"), arguments);
   for (const char* part : parts) EXPECT_TRUE(ctl.WaitForOut(part)) << part << '\n' << ctl.Err();
-  ctl.Kill();
+  server.Host().Interrupt();
+  EXPECT_EQ(ctl.Wait(), code) << ctl.Err();
   EXPECT_EQ(server.Host().Wait(), 0) << server.Host().Err();
 }
 
@@ -53,14 +54,15 @@ TEST(RavoctlLive, WatchShowsAMeetingThatLives) {
   ExpectShown({"watch", "--text"},
               {"JOIN_CHANNEL_SUCCESS  roomId: \"blue\", uid: \"ravoctl\"", "USER_JOIN  uid: \"ann\"",
                "STREAM_SUBSCRIBED", "FIRST_FRAME_RECEIVED", "AUDIO_VOLUME_CHANGE  volumes: [{\"uid\":\"ann\"",
-               "LOCAL_AUDIO_VOLUME_INDICATION", "NETWORK_QUALITY", "ON_SYS_STATS", "NETWORK_BANDWIDTH_ESTIMATION"});
+               "LOCAL_AUDIO_VOLUME_INDICATION", "NETWORK_QUALITY", "ON_SYS_STATS", "NETWORK_BANDWIDTH_ESTIMATION"},
+              0);
   ServerProcess server(kRoom, "");
   EXPECT_THAT(Output(server, {"watch", "--join", "blue", "--seconds", "1"}),
               testing::EndsWith("{\"event\":\"LEAVE_MEETING_SUCCESS\",\"content\":[]}\n"));
 }
 
 TEST(RavoctlLive, TopShowsStreamsAndTheServersLoad) {
-  ExpectShown({"top"}, {" requests a second, ", "64x48", "ravo-host"});
+  ExpectShown({"top"}, {" requests a second, ", "64x48", "ravo-host"}, 1);
 }
 
 TEST(RavoctlLive, SnapshotAndRecordJoinAMeetingAndLeaveIt) {

@@ -6,6 +6,7 @@
 #include <future>
 
 #include "ScriptedServer.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
@@ -14,10 +15,9 @@ using client_test::ScriptedServer;
 using ravo::client::Event;
 using ravo::client::Reply;
 using ravo::client::Session;
+using support::kBound;
 using testing::ElementsAre;
 using namespace std::chrono_literals;
-
-constexpr auto kBound = 30s;
 
 // Keeps the first of two requests and answers it after the second, with events around.
 void AnswerInReverse(ScriptedServer& server, const Request& request) {
