@@ -6,6 +6,7 @@
 #include "support/PipeName.h"
 #include "support/Process.h"
 #include "support/TempFolder.h"
+#include "support/WaitUntil.h"
 
 namespace integration {
 

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "ProcessCalls.h"
+#include "WaitUntil.h"
 
 namespace support {
 
@@ -22,12 +23,9 @@ Process::~Process() {
   calls::CloseProcess(process_);
 }
 
-std::optional<int> Process::Wait(Bound bound) {
-  if (exitCode_) return exitCode_;
-  const auto code = calls::Wait(process_, bound);
-  if (!code) return std::nullopt;
-  exitCode_ = code;
-  return out_.WaitForEnd(bound) && err_.WaitForEnd(bound) ? code : std::nullopt;
+std::optional<int> Process::Wait() {
+  if (!exitCode_) exitCode_ = calls::Wait(process_, kBound);
+  return exitCode_ && out_.WaitForEnd() && err_.WaitForEnd() ? exitCode_ : std::nullopt;
 }
 
 void Process::Kill() {
@@ -58,16 +56,16 @@ std::string Process::Stream::Text() const {
   return state_->text;
 }
 
-bool Process::Stream::WaitFor(const std::string& text, Bound bound) const {
+bool Process::Stream::WaitFor(const std::string& text) const {
   std::unique_lock lock(state_->mutex);
   const auto found = [&] { return state_->text.find(text) != std::string::npos; };
-  state_->changed.wait_for(lock, bound, [&] { return state_->ended || found(); });
+  state_->changed.wait_for(lock, kBound, [&] { return state_->ended || found(); });
   return found();
 }
 
-bool Process::Stream::WaitForEnd(Bound bound) const {
+bool Process::Stream::WaitForEnd() const {
   std::unique_lock lock(state_->mutex);
-  return state_->changed.wait_for(lock, bound, [&] { return state_->ended; });
+  return state_->changed.wait_for(lock, kBound, [&] { return state_->ended; });
 }
 
 std::string BesideTest(const std::string& name) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
@@ -9,16 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "WaitUntil.h"
-
 namespace support {
 
 // A child program, its output kept as text. Belongs to the test's thread; two threads of its own read the pipes, and
 // outlive it where a program that the child has started still holds their other ends.
 class Process {
  public:
-  using Bound = std::chrono::milliseconds;
-
   // Starts the program with exactly these arguments, UTF-8. Fails with a std::runtime_error.
   Process(const std::string& program, const std::vector<std::string>& arguments);
   // Kills what still runs.
@@ -28,7 +23,7 @@ class Process {
 
   // Waits for the end and for the rest of the output. The exit code, 128 and the signal's number after a signal;
   // nothing when the bound has passed for one of them.
-  std::optional<int> Wait(Bound bound = kBound);
+  std::optional<int> Wait();
   void Kill();
   // What Ctrl-C does to a program.
   void Interrupt();
@@ -37,16 +32,16 @@ class Process {
   [[nodiscard]] std::string Out() const { return out_.Text(); }
   [[nodiscard]] std::string Err() const { return err_.Text(); }
   // True once the output holds the text; false when it has ended without, or after the bound.
-  [[nodiscard]] bool WaitForOut(const std::string& text, Bound bound = kBound) { return out_.WaitFor(text, bound); }
-  [[nodiscard]] bool WaitForErr(const std::string& text, Bound bound = kBound) { return err_.WaitFor(text, bound); }
+  [[nodiscard]] bool WaitForOut(const std::string& text) { return out_.WaitFor(text); }
+  [[nodiscard]] bool WaitForErr(const std::string& text) { return err_.WaitFor(text); }
 
  private:
   class Stream {
    public:
     void ReadFrom(std::intptr_t pipe);
     [[nodiscard]] std::string Text() const;
-    bool WaitFor(const std::string& text, Bound bound) const;
-    bool WaitForEnd(Bound bound) const;
+    bool WaitFor(const std::string& text) const;
+    bool WaitForEnd() const;
 
    private:
     struct State {
