@@ -35,7 +35,6 @@ TEST(Docs, NameEveryMethodOnce) {
   const auto methods =
       MethodsOf(RavoManager::OwnRequests(), MeetingRequestRows(), MeetingManager::OwnRequests(), ScreenRequestRows(),
                 ScreenManager::OwnRequests(), DeviceRequestRows(), SubscribeManager::OwnRequests());
-  EXPECT_EQ(methods.size(), 163u);
   std::vector<std::string> documented;
   for (const auto& method : DocumentedMethods()) documented.push_back(method.name);
   EXPECT_THAT(documented, testing::UnorderedElementsAreArray(methods));
@@ -43,28 +42,22 @@ TEST(Docs, NameEveryMethodOnce) {
 
 TEST(Docs, NameEveryEventWithItsKeyAndTheCallbackBehindIt) {
   using Pair = std::pair<std::string, std::string>;  // the callback and the event
+  const std::set<std::string> methods{"JoinMeeting", "LeaveMeeting", "StartPreview", "StopPreview"};
   std::set<Pair> documented;
   for (const auto& event : DocumentedEvents()) {
     const bool isSession = event.name == "connect" || event.name == "INIT";
     EXPECT_EQ(event.key, isSession ? event.name : TESSARIN_COMMON::EventNameToMessageKey(event.name));
-    for (const auto& source : event.sources) documented.emplace(source, event.name);
-  }
-  for (const char* method : {"JoinMeeting", "LeaveMeeting", "StartPreview", "StopPreview"}) {
-    std::erase_if(documented, [&](const Pair& pair) { return pair.first == method; });
+    for (const auto& source : event.sources) {
+      if (!methods.contains(source)) documented.emplace(source, event.name);
+    }
   }
   std::set<Pair> registered;
-  std::set<std::string> entries;
-  std::size_t registrations = 0;
   for (const auto rows : {DeviceEventRows(), MeetingEventRows(), ScreenEventRows(), StreamEventRows()}) {
-    registrations += rows.size();
     for (const auto& row : rows) {
-      entries.insert(row.registration);
       for (const auto& event : Split(row.event, ", ")) registered.emplace(row.registration, event);
     }
   }
   EXPECT_EQ(documented, registered);
-  EXPECT_EQ(registrations, 78u);
-  EXPECT_EQ(entries.size(), 76u);
 }
 
 // The members of each record, in their order.

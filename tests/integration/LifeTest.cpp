@@ -110,6 +110,10 @@ TEST_F(StartTest, TellsTheEngineAllOptionsAndTheClientWhatTheServerIs) {
                     HasSubstr(R"("frameRate":15,"scaleMode":0,"codecMode":3}],"screenProfile":)"),
                     HasSubstr(Filled(R"("rtcParams":@PARAMS@,)")), HasSubstr(R"("enableNV12":true,)"),
                     EndsWith(R"("waitingSubscribe":[],"audioSubscribing":[],"subscribedInfo":[]}}])")));
+  EXPECT_EQ(init_, "[" + Call("get_init_info") + "]");
+  EXPECT_EQ(init_, "[" + Call("ForceBroadcastInit") + "]");
+  EXPECT_FALSE(HasCome("INIT"));
+  EXPECT_THAT(Call("FetchServerState"), HasSubstr(R"("roomId":"","serverName":"",)"));
 }
 
 // A client that comes while the engine still starts hears "connect" at once, and of the rest when it has started. Where

@@ -24,7 +24,14 @@ TEST_F(MeetingTest, GoesAsAPersonHasIt) {
             R"({"userId":"ann"},{"userId":"bob"}]})"));
   Call("StartPreview");
   EXPECT_EQ(Expect("LOCAL_PREVIEW_STATUS"), "[true, true]");
+  EXPECT_EQ(NextUpdate("__preview_stream__0").slots[0].uid, "");
   ReadFrame("__preview_stream__0");
+  EXPECT_THAT(Call("FetchServerState"), HasSubstr(R"("isStartPreview":true)"));
+  Call("StopPreview");
+  EXPECT_EQ(Expect("LOCAL_PREVIEW_STATUS"), "[false, true]");
+  EXPECT_EQ(Expect("SHARE_MEMORY_UPDATE"), "[1, []]");  // the stream has left the table by then
+  Call("StartPreview");
+  ReadFrame("__preview_stream__1");
   EXPECT_EQ(Call("JoinMeeting", kJoin), "0");
   EXPECT_EQ(Expect("MY_UID_CHANGE"), R"(["me"])");
   EXPECT_THAT(Expect("JOIN_CHANNEL_SUCCESS"), StartsWith(R"(["room", "me", )"));
@@ -73,7 +80,7 @@ TEST_F(MeetingTest, GoesAsAPersonHasIt) {
   EXPECT_FALSE(HasCome("JOIN_CHANNEL_SUCCESS"));
 }
 
-TEST_F(MeetingTest, AsksTheEngineOnceForVideoAndGoesBackToAudioWithTheLastView) {
+TEST_F(MeetingTest, AsksTheEngineOnceForVideoAndGoesBackToAudioWithoutASlotWithTheLastView) {
   ASSERT_NO_FATAL_FAILURE(JoinRoomOf(
       R"({"userId":"ann","encodings":[{"width":320,"height":180,"frameRate":15},{"width":640,"height":360}]})"));
   EXPECT_THAT(Expect("STREAM_ADDED"), StartsWith(R"(["ann", "ann_0", false, [{"width":320,"height":180,)"));
@@ -97,6 +104,11 @@ TEST_F(MeetingTest, AsksTheEngineOnceForVideoAndGoesBackToAudioWithTheLastView) 
   EXPECT_THAT(server_->Calls("Subscribe"),
               ElementsAre(R"("ann_0",3,0,{"frameRate":30,"width":640,"height":360,"unused":[-1,-1,-1,-1,-1,-1,-1]})",
                           R"("ann_0",1,0,{"frameRate":15,"width":320,"height":180,"unused":[-1,-1,-1,-1,-1,-1,-1]})"));
+  NextUpdate("ann_0");
+  EXPECT_EQ(NextUpdate("ann_0").operation, 1);
+  EXPECT_TRUE(WaitUntil([this] { return tracker_->Slots().empty(); }));
+  Subscribe("ann_0");
+  EXPECT_EQ(NextUpdate("ann_0").operation, 0);
 }
 
 TEST_F(MeetingTest, TellsOfFirstFramesAndOfStreamsThatFallSilent) {

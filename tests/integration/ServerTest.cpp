@@ -3,7 +3,6 @@
 #include <filesystem>
 
 #include "common/JsonNode.h"
-#include "common/JsonWriter.h"
 
 namespace integration {
 
@@ -17,27 +16,27 @@ void ServerTest::StartServer(const std::string& params, const std::string& optio
   ASSERT_TRUE(server_->WaitForCalls("SetRtcRuntimeParameter", 1)) << server_->Host().Err();
 }
 
-void ServerTest::Connect(Acks acks) {
+void ServerTest::Connect() {
   session_ = std::make_unique<ravo::client::Session>(server_->Pipe());
-  if (acks == Acks::ByTracker) tracker_ = std::make_unique<ravo::client::SlotTracker>(*session_);
+  if (hasTracker_) tracker_ = std::make_unique<ravo::client::SlotTracker>(*session_);
   ASSERT_TRUE(session_->Connect(std::chrono::seconds(30)));
   Expect("connect");
   init_ = Expect("INIT");
 }
 
-void ServerTest::Begin(const std::string& params, const std::string& options, Acks acks) {
+void ServerTest::Begin(const std::string& params, const std::string& options) {
   ASSERT_NO_FATAL_FAILURE(StartServer(params, options));
-  ASSERT_NO_FATAL_FAILURE(Connect(acks));
+  ASSERT_NO_FATAL_FAILURE(Connect());
 }
 
-void ServerTest::JoinRoomOf(const std::string& participants, Acks acks) {
-  ASSERT_NO_FATAL_FAILURE(Begin(R"("sim.room":{"participants":[)" + participants + "]}", "", acks));
+void ServerTest::JoinRoomOf(const std::string& participants) {
+  ASSERT_NO_FATAL_FAILURE(Begin(R"("sim.room":{"participants":[)" + participants + "]}"));
   EXPECT_EQ(Call("JoinMeeting", R"(["token","room","me",""])"), "0");
   Expect("JOIN_CHANNEL_SUCCESS");
 }
 
-void ServerTest::WatchAnn(const std::string& members, Acks acks) {
-  ASSERT_NO_FATAL_FAILURE(JoinRoomOf(R"({"userId":"ann")" + (members.empty() ? "" : "," + members) + "}", acks));
+void ServerTest::WatchAnn(const std::string& members) {
+  ASSERT_NO_FATAL_FAILURE(JoinRoomOf(R"({"userId":"ann")" + (members.empty() ? "" : "," + members) + "}"));
   Expect("STREAM_ADDED");
   Subscribe("ann_0");
 }
@@ -80,10 +79,6 @@ SlotUpdate ServerTest::NextUpdate(const std::string& sid) {
   return {-1, {{}}};
 }
 
-void ServerTest::Acknowledge(const SlotUpdate& update) {
-  Call("AckShareMemoryUpdate", "[1," + TESSARIN_COMMON::JsonText(update.slots) + "]");
-}
-
 bool ServerTest::HasCome(const std::string& key) {
   Call("Connect");
   return session_->WaitEvent(key, std::chrono::milliseconds(0)).has_value();
@@ -115,10 +110,6 @@ void ServerTest::End() {
   EXPECT_THAT(server_->Journal(R"({"violation")"), IsEmpty());
   EXPECT_FALSE(std::filesystem::exists(server_->Pipe()));
   server_.reset();
-}
-
-void ServerTest::TearDown() {
-  End();
 }
 
 }  // namespace integration

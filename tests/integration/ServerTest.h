@@ -24,18 +24,16 @@ struct SlotUpdate {
 // well: by itself, with code 0, with no breach of the engine's rules, nothing of it left.
 class ServerTest : public testing::Test {
  protected:
-  enum class Acks { ByTracker, ByTest };
-
   // Starts the server to the end. Members of the engine's parameter text, and of the options: JSON without the braces.
   void StartServer(const std::string& params = "", const std::string& options = "");
-  // Connects, and takes the first two events. The tracker answers the end of slots by itself.
-  void Connect(Acks acks = Acks::ByTracker);
+  // Connects, and takes the first two events.
+  void Connect();
   // Both.
-  void Begin(const std::string& params = "", const std::string& options = "", Acks acks = Acks::ByTracker);
+  void Begin(const std::string& params = "", const std::string& options = "");
   // The same with a room of these participants, and joins it as "me".
-  void JoinRoomOf(const std::string& participants, Acks acks = Acks::ByTracker);
+  void JoinRoomOf(const std::string& participants);
   // The same with "ann" alone, who publishes as these members say, and subscribes to her.
-  void WatchAnn(const std::string& members, Acks acks = Acks::ByTracker);
+  void WatchAnn(const std::string& members);
 
   // The reply's content. Anything but an answer in time fails the test.
   std::string Call(const std::string& method, const std::string& arguments = "[]");
@@ -47,7 +45,6 @@ class ServerTest : public testing::Test {
   std::vector<ravo::client::Event> EventsUpTo(const std::string& key);
   // The next announcement that names the stream.
   SlotUpdate NextUpdate(const std::string& sid);
-  void Acknowledge(const SlotUpdate& update);
   // Whether an event of that key has come: the server has answered a request meanwhile.
   bool HasCome(const std::string& key);
 
@@ -59,11 +56,12 @@ class ServerTest : public testing::Test {
   void Leave();
   // The same, and looks at what the server leaves.
   void End();
-  void TearDown() override;
+  void TearDown() override { End(); }
 
   const support::LogCapture log_;  // takes the lines of the client's side
   std::unique_ptr<ServerProcess> server_;
   std::unique_ptr<ravo::client::Session> session_;
+  bool hasTracker_ = true;  // it acknowledges the end of slots by itself
   std::unique_ptr<ravo::client::SlotTracker> tracker_;
   std::string init_;  // what the second event told
 };
