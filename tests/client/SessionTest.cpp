@@ -12,48 +12,10 @@ namespace {
 
 using client_test::Request;
 using client_test::ScriptedServer;
-using ravo::client::Event;
 using ravo::client::Reply;
 using ravo::client::Session;
 using support::kBound;
-using testing::ElementsAre;
 using namespace std::chrono_literals;
-
-// Keeps the first of two requests and answers it after the second, with events around.
-void AnswerInReverse(ScriptedServer& server, const Request& request) {
-  static std::vector<Request>* const kept = new std::vector<Request>;
-  kept->push_back(request);
-  if (kept->size() < 2) return;
-  server.SendEvent("OnSysStats", "[1]");
-  for (; !kept->empty(); kept->pop_back()) {
-    server.Answer(kept->back(), kept->back().content);
-    server.SendEvent("OnSysStats", "[2]");
-  }
-  server.SendEvent("Late", "[3]");
-}
-
-TEST(Session, RepliesFindTheirCallsInAnyOrderAndAmongEvents) {
-  ScriptedServer server(AnswerInReverse);
-  Session session(server.Name());
-  std::vector<std::string> heard;
-  session.AddListener([&](const Event& event) { heard.push_back(event.content); });
-  ASSERT_TRUE(session.Connect(5s));
-
-  std::promise<Reply> first;
-  session.CallAsync("SetFps", "[15]", [&](const Reply& reply) { first.set_value(reply); });
-  const Reply second = session.Call("get_init_info", "[\"second\"]", kBound);
-  EXPECT_TRUE(second.Ok());
-  EXPECT_EQ(second.key, "GetInitInfo");
-  EXPECT_EQ(second.content, "[\"second\"]");
-  EXPECT_EQ(first.get_future().get().content, "[15]");
-  EXPECT_THAT(server.WaitRequests(2), ElementsAre("set_fps [15]", "get_init_info [\"second\"]"));
-  EXPECT_EQ(session.WaitEvent("LATE", kBound).value_or(Event{}).content, "[3]");  // the others stay
-  for (const char* content : {"[1]", "[2]", "[2]"}) {
-    EXPECT_EQ(session.WaitEvent("", kBound).value_or(Event{}).content, content);
-  }
-  session.Close();
-  EXPECT_THAT(heard, ElementsAre("[1]", "[2]", "[2]", "[3]"));
-}
 
 TEST(Session, ALateReplyIsNotTakenForAnotherAndAnErrorIsTold) {
   Request late;

@@ -166,8 +166,6 @@ const std::vector<Exchange> kCasesOfFailure = {
     {"ScStopShareAudio", "[]", "-8589934591", "StopScreenAudioCapture 0 | SCUnpublishScreen 1,0"},
     {"GetDefaultDeviceInfo", "[1]", R"({"deviceName":"","deviceId":"","containerId":"","deviceVid":0,*)",
      R"(GetDefaultDeviceInfo 1,"memory")"},
-    {"GetCurrentDeviceInfo", "[1]", R"({"deviceName":"","deviceId":"","containerId":"","deviceVid":0,*)",
-     R"(GetCurrentDeviceInfo 1,"memory")"},
     {"StartPlayAudio", "[]", "0", R"(StartAudioMixing "",{"reserved1":0,"reserved2":0,"value":0,"reserved3":0})"},
     {"StopPlayAudio", "[]", "0", "StopAudioMixing "},
     // A stop that fails in its second part.

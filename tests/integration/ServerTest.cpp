@@ -6,7 +6,6 @@
 
 namespace integration {
 
-using ravo::client::Event;
 using ravo::client::Frame;
 using ravo::client::FrameReader;
 using testing::IsEmpty;
@@ -55,16 +54,6 @@ std::string ServerTest::Expect(const std::string& key) {
   const auto event = session_->WaitEvent(key, kBound);
   EXPECT_TRUE(event) << key << " has not come\n" << server_->Host().Err();
   return event ? event->content : "";
-}
-
-std::vector<Event> ServerTest::EventsUpTo(const std::string& key) {
-  std::vector<Event> events;
-  while (auto event = session_->WaitEvent("", kBound)) {
-    events.push_back(*event);
-    if (event->key == key) return events;
-  }
-  ADD_FAILURE() << key << " has not come";
-  return events;
 }
 
 SlotUpdate ServerTest::NextUpdate(const std::string& sid) {

@@ -41,8 +41,6 @@ class ServerTest : public testing::Test {
   void SetParams(const std::string& params);
   // The content of the oldest event of that key that was not taken yet; fails the test if none comes.
   std::string Expect(const std::string& key);
-  // All events that come until one of that key, which is the last one.
-  std::vector<ravo::client::Event> EventsUpTo(const std::string& key);
   // The next announcement that names the stream.
   SlotUpdate NextUpdate(const std::string& sid);
   // Whether an event of that key has come: the server has answered a request meanwhile.

@@ -35,22 +35,4 @@ TEST_F(Room, ParticipantsComePublishAndGo) {
   EXPECT_EQ(Subscribe("cid_0", 3, 0, &any), -1);
 }
 
-TEST_F(Room, OwnCameraAndScreenArePublished) {
-  SimSetParams(R"({"sim.camera": {"encoding": {"width": 98, "height": 54}}})");
-  EXPECT_EQ(EnableLocalVideo(true), 0);  // before the room
-  Join();
-  EXPECT_TRUE(WaitFor("OnMultiStreamAdded me me_0 0 1 98 54 30"));
-  EXPECT_FALSE(stand::WaitForFrames("me", 1).empty());
-  EXPECT_EQ(StartScreenCapture(77, true, 0), -1);
-  EXPECT_EQ(StartScreenCapture(1, true, 0), 0);
-  EXPECT_EQ(SCPublishScreen(2, 0), 0);
-  EXPECT_TRUE(WaitFor("OnMultiStreamAdded me me_1 1 1 1280 720 15"));
-  const auto isScreen = [](const stand::Frame& frame) { return frame.info.field_type == 1; };
-  EXPECT_FALSE(stand::WaitForFrames("me", 1, isScreen).empty());
-  SCUnpublishScreen(3, 0);
-  EXPECT_TRUE(WaitFor("OnMultiStreamRemoved me me_1 1"));
-  EnableLocalVideo(false);
-  EXPECT_TRUE(WaitFor("OnMultiStreamRemoved me me_0 0"));
-}
-
 }  // namespace

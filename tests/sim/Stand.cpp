@@ -102,13 +102,12 @@ bool WaitFor(const std::string& beginning) {
   return TheStore().Wait([&] { return TheStore().CountLocked(beginning) > 0; });
 }
 
-std::vector<Frame> WaitForFrames(const std::string& userId, std::size_t count,
-                                 const std::function<bool(const Frame&)>& pleases) {
+std::vector<Frame> WaitForFrames(const std::string& userId, std::size_t count) {
   std::vector<Frame> frames;
   TheStore().Wait([&] {
     frames.clear();
     std::ranges::copy_if(TheStore().frames, std::back_inserter(frames),
-                         [&](const Frame& frame) { return frame.userId == userId && pleases(frame); });
+                         [&](const Frame& frame) { return frame.userId == userId; });
     return frames.size() >= count;
   });
   return frames;

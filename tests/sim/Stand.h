@@ -4,7 +4,6 @@
 #include <ravo/engine_abi.h>
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,10 +25,8 @@ void Register();
 [[nodiscard]] int Count(const std::string& beginning);
 // Waits until one has come; false after the bound.
 [[nodiscard]] bool WaitFor(const std::string& beginning);
-// Waits until that many frames of a user have come that please, and gives them; fewer after the bound.
-[[nodiscard]] std::vector<Frame> WaitForFrames(
-    const std::string& userId, std::size_t count,
-    const std::function<bool(const Frame&)>& pleases = [](const Frame&) { return true; });
+// Waits until that many frames of a user have come, and gives them; fewer after the bound.
+[[nodiscard]] std::vector<Frame> WaitForFrames(const std::string& userId, std::size_t count);
 
 // An engine that was started in the right order. All tests of a process share it.
 class Started : public testing::Test {

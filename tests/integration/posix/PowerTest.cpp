@@ -14,8 +14,6 @@ constexpr const char* kLogin = "org.freedesktop.login1";
 constexpr const char* kLoginPath = "/org/freedesktop/login1";
 constexpr const char* kLoginManager = "org.freedesktop.login1.Manager";
 constexpr const char* kPower = "org.freedesktop.UPower";
-constexpr const char* kBatteryPath = "/org/freedesktop/UPower/devices/DisplayDevice";
-constexpr const char* kBattery = "org.freedesktop.UPower.Device";
 constexpr const char* kProfiles = "net.hadess.PowerProfiles";
 
 // A system bus of the test's own with stand-ins of the login manager, of the battery's keeper and of the one of power
@@ -31,9 +29,10 @@ class SystemServices {
     sd_bus* connection = nullptr;
     EXPECT_TRUE(WaitUntil([&] { return sd_bus_open_system(&connection) >= 0; })) << bus_->Err();
     connection_.reset(connection);
-    Serve("logind");
-    Serve("upower");
-    Serve("power_profiles_daemon");
+    for (const char* service : {"logind", "upower", "power_profiles_daemon"}) {
+      services_.push_back(std::make_unique<support::Process>(
+          "/usr/bin/python3", std::vector<std::string>{"-m", "dbusmock", "--system", "--template", service}));
+    }
     for (const char* name : {kLogin, kPower, kProfiles}) {
       EXPECT_TRUE(WaitUntil([&] { return sd_bus_get_name_creds(connection, name, 0, nullptr) >= 0; }))
           << name << ' ' << services_.front()->Err();
@@ -53,8 +52,9 @@ class SystemServices {
   }
 
   void SetBattery(double percent) {
-    Set(kPower, kBatteryPath, kBattery, "Percentage", "d", percent);
-    Set(kPower, kBatteryPath, kBattery, "IsPresent", "b", 1);
+    constexpr char kPath[] = "/org/freedesktop/UPower/devices/DisplayDevice";
+    Set(kPower, kPath, "org.freedesktop.UPower.Device", "Percentage", "d", percent);
+    Set(kPower, kPath, "org.freedesktop.UPower.Device", "IsPresent", "b", 1);
   }
   void SetOnBattery(bool on) { Set(kPower, "/org/freedesktop/UPower", kPower, "OnBattery", "b", on ? 1 : 0); }
   void SetProfile(const char* profile) {
@@ -79,10 +79,6 @@ class SystemServices {
   }
 
  private:
-  void Serve(const std::string& templateName) {
-    services_.push_back(std::make_unique<support::Process>(
-        "/usr/bin/python3", std::vector<std::string>{"-m", "dbusmock", "--system", "--template", templateName}));
-  }
   template <class T>
   void Set(const char* service, const char* path, const char* interface, const char* name, const char* type, T value) {
     EXPECT_GE(sd_bus_set_property(connection_.get(), service, path, interface, name, nullptr, type, value), 0) << name;
