@@ -12,7 +12,8 @@ TEST_F(Room, ParticipantsComePublishAndGo) {
                                           {"width": 640, "height": 360, "frameRate": 15}]},
           {"userId": "ann", "streamIndex": 1, "encodings": [{"width": 800, "height": 600}]},
           {"userId": "bob", "joinAfterMs": 30, "leaveAfterMs": 30},
-          {"userId": "eve", "subscribeState": 7}, {"userId": "fay", "leaveAfterFrames": 2})");
+          {"userId": "eve", "subscribeState": 7}, {"userId": "fay", "leaveAfterFrames": 2},
+          {"userId": "hush", "silentAfterFrames": 3, "silentForMs": 300})");
   EXPECT_TRUE(WaitFor("OnMultiStreamAdded ann ann_0 0 2 640 360 15"));
   EXPECT_TRUE(WaitFor("OnMultiStreamAdded ann ann_1 1 1 800 600 30"));
   EXPECT_TRUE(WaitFor("OnUserJoin bob 0"));
@@ -24,6 +25,8 @@ TEST_F(Room, ParticipantsComePublishAndGo) {
   EXPECT_TRUE(WaitFor("OnStreamSubscribed 7 eve_0"));
   Watch("fay_0", 64, 36, 60);
   EXPECT_TRUE(WaitFor("OnUserLeave fay 0"));  // while a frame is being handed over
+  Watch("hush_0", 64, 36, 30);
+  EXPECT_TRUE(WaitFor("OnVideoCommonFrame hush", 4));  // back from silence
 
   SimSetParams(R"({"sim.leave": ["ann"], "sim.room": {"participants": [{"userId": "cid"}]}})");
   EXPECT_TRUE(WaitFor("OnUserJoin cid 0"));

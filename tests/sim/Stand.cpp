@@ -5,31 +5,16 @@
 #include <condition_variable>
 #include <mutex>
 #include <sstream>
+#include <vector>
 
 namespace stand {
 namespace {
-
-constexpr std::size_t kKeptFrames = 60;
 
 struct Store {
   std::mutex mutex;  // guards what came
   std::condition_variable changed;
   std::vector<std::string> events;
-  std::vector<Frame> frames;
 
-  template <class Change>
-  void Apply(Change change) {
-    {
-      const std::lock_guard lock(mutex);
-      change();
-    }
-    changed.notify_all();
-  }
-  template <class Condition>
-  bool Wait(Condition condition) {
-    std::unique_lock lock(mutex);
-    return changed.wait_for(lock, std::chrono::seconds(20), condition);
-  }
   [[nodiscard]] int CountLocked(const std::string& beginning) const {
     return static_cast<int>(
         std::ranges::count_if(events, [&](const auto& event) { return event.starts_with(beginning); }));
@@ -46,17 +31,9 @@ void Keep(const Parts&... parts) {
   std::ostringstream text;
   const char* separator = "";
   ((text << separator << parts, separator = " "), ...);
-  TheStore().Apply([&] { TheStore().events.push_back(text.str()); });
-}
-
-void KeepFrame(const char* userId, VideoFrameInfo info, const std::uint8_t* const* planes, std::int32_t,
-               const std::int64_t* strides) {
-  Frame frame{userId, info, {planes[0], planes[0] + info.height * strides[0]}};
-  TheStore().Apply([&] {
-    auto& frames = TheStore().frames;
-    frames.push_back(std::move(frame));
-    if (frames.size() > kKeptFrames) frames.erase(frames.begin());
-  });
+  const std::lock_guard lock(TheStore().mutex);
+  TheStore().events.push_back(text.str());
+  TheStore().changed.notify_all();
 }
 
 std::string Names(std::int32_t count, const DeviceInfo* list) {
@@ -82,7 +59,8 @@ void Register() {
       [](const char* uid, const char* sid, std::int64_t index) { Keep("OnMultiStreamRemoved", uid, sid, index); });
   OnStreamSubscribed(
       [](std::int64_t state, const char* sid, const SubscribeInfo*) { Keep("OnStreamSubscribed", state, sid); });
-  OnVideoCommonFrame(&KeepFrame);
+  OnVideoCommonFrame([](const char* uid, VideoFrameInfo, const std::uint8_t* const*, std::int32_t,
+                        const std::int64_t*) { Keep("OnVideoCommonFrame", uid); });
   OnDeviceAdded([](std::int64_t type, std::int32_t count1, const DeviceInfo* list1, std::int32_t count2,
                    const DeviceInfo* list2, std::int32_t count3, const DeviceInfo* list3) {
     Keep("OnDeviceAdded", type, Names(count1, list1), Names(count2, list2), Names(count3, list3));
@@ -98,19 +76,10 @@ int Count(const std::string& beginning) {
   return TheStore().CountLocked(beginning);
 }
 
-bool WaitFor(const std::string& beginning) {
-  return TheStore().Wait([&] { return TheStore().CountLocked(beginning) > 0; });
-}
-
-std::vector<Frame> WaitForFrames(const std::string& userId, std::size_t count) {
-  std::vector<Frame> frames;
-  TheStore().Wait([&] {
-    frames.clear();
-    std::ranges::copy_if(TheStore().frames, std::back_inserter(frames),
-                         [&](const Frame& frame) { return frame.userId == userId; });
-    return frames.size() >= count;
-  });
-  return frames;
+bool WaitFor(const std::string& beginning, int times) {
+  std::unique_lock lock(TheStore().mutex);
+  return TheStore().changed.wait_for(lock, std::chrono::seconds(20),
+                                     [&] { return TheStore().CountLocked(beginning) >= times; });
 }
 
 void Started::SetUpTestSuite() {

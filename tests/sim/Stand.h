@@ -5,28 +5,19 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "sim/SimControl.h"
 
 // The engine's other side: registers for what the tests look at and keeps what comes.
 namespace stand {
 
-struct Frame {
-  std::string userId;
-  VideoFrameInfo info;
-  std::vector<std::uint8_t> luma;  // rows as long as the stride says
-};
-
 // Registers the callbacks. They come as texts such as "OnUserJoin ann 0", numbers in decimal, and are kept for the life
 // of the process.
 void Register();
 // Of the texts with this beginning; an empty one counts all.
 [[nodiscard]] int Count(const std::string& beginning);
-// Waits until one has come; false after the bound.
-[[nodiscard]] bool WaitFor(const std::string& beginning);
-// Waits until that many frames of a user have come, and gives them; fewer after the bound.
-[[nodiscard]] std::vector<Frame> WaitForFrames(const std::string& userId, std::size_t count);
+// Waits until that many have come; false after the bound.
+[[nodiscard]] bool WaitFor(const std::string& beginning, int times = 1);
 
 // An engine that was started in the right order. All tests of a process share it.
 class Started : public testing::Test {

@@ -21,13 +21,16 @@ TEST_F(Started, ReportsWhatComesOutOfOrderAndNothingElse) {
   stand::Register();
 }
 
-TEST_F(Started, ReportsParametersThatItDoesNotTake) {
+TEST_F(Started, ReportsParametersAndFilesThatItDoesNotTake) {
   const auto before = SimViolationCount();
   EXPECT_TRUE(SimSetParams(R"({"rtc.any": 1, "sim.nothing": 1, "sim.room": {"joinDelayMs": "soon"}})"));
   EXPECT_EQ(SimViolationCount(), before + 2);
   SimSetParams(R"({"sim.room": {"participants": [{"userId": "wide", "encodings": [{"width": 99999}]}]}})");
   SimSetParams(R"({"sim.camera": {"encoding": {"frameRate": 0}}})");
-  EXPECT_EQ(SimViolationCount(), before + 4);
+  Join(R"({"userId": "lost", "video": "no-such-file.y4m"})");
+  Watch("lost_0", 320, 180, 60);
+  EXPECT_TRUE(stand::WaitFor("OnVideoCommonFrame lost"));  // a pattern stands in
+  EXPECT_EQ(SimViolationCount(), before + 5);
   EXPECT_FALSE(SimSetParams("[]"));
   EXPECT_FALSE(SimSetParams(""));
 }
@@ -45,7 +48,7 @@ TEST_F(Started, RefusesToFireWhatDoesNotFit) {
 TEST_F(Started, NothingCallsBackAfterDestroyServer) {
   Join(R"({"userId": "ann"})");
   Watch("ann_0", 64, 36, 60);
-  ASSERT_FALSE(stand::WaitForFrames("ann", 1).empty());
+  ASSERT_TRUE(stand::WaitFor("OnVideoCommonFrame ann"));
   DestroyServer();
   const int events = stand::Count("");
   EXPECT_FALSE(SimFire("OnUserJoin", R"(["late", 0])"));
