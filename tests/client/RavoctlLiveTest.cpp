@@ -39,8 +39,8 @@ TEST(RavoctlLive, ListsDevicesDesktopsAndWindows) {
   EXPECT_THAT(windows, ContainsRegex("window +9 +8x6.0.0 +77 +App +A b"));
 }
 
-// Lets the command run until all of this was seen, and stops the server.
-void ExpectShown(std::vector<std::string> arguments, const std::vector<const char*>& parts, int code) {
+// Lets the command run until all of this was seen, and stops the server, which ends the command with this code.
+void ExpectShown(int code, std::vector<std::string> arguments, const std::vector<const char*>& parts) {
   ServerProcess server(kRoom, "");
   arguments.insert(arguments.end(), {"--pipe", server.Pipe(), "--timeout", "60", "--join", "blue"});
   Process ctl(support::BesideTest("ravoctl"), arguments);
@@ -51,18 +51,17 @@ void ExpectShown(std::vector<std::string> arguments, const std::vector<const cha
 }
 
 TEST(RavoctlLive, WatchShowsAMeetingThatLives) {
-  ExpectShown({"watch", "--text"},
+  ExpectShown(0, {"watch", "--text"},
               {"JOIN_CHANNEL_SUCCESS  roomId: \"blue\", uid: \"ravoctl\"", "USER_JOIN  uid: \"ann\"",
                "STREAM_SUBSCRIBED", "FIRST_FRAME_RECEIVED", "AUDIO_VOLUME_CHANGE  volumes: [{\"uid\":\"ann\"",
-               "LOCAL_AUDIO_VOLUME_INDICATION", "NETWORK_QUALITY", "ON_SYS_STATS", "NETWORK_BANDWIDTH_ESTIMATION"},
-              0);
+               "LOCAL_AUDIO_VOLUME_INDICATION", "NETWORK_QUALITY", "ON_SYS_STATS", "NETWORK_BANDWIDTH_ESTIMATION"});
   ServerProcess server(kRoom, "");
   EXPECT_THAT(Output(server, {"watch", "--join", "blue", "--seconds", "1"}),
               testing::EndsWith("{\"event\":\"LEAVE_MEETING_SUCCESS\",\"content\":[]}\n"));
 }
 
 TEST(RavoctlLive, TopShowsStreamsAndTheServersLoad) {
-  ExpectShown({"top"}, {" requests a second, ", "64x48", "ravo-host"}, 1);
+  ExpectShown(1, {"top"}, {" requests a second, ", "64x48", "ravo-host"});
 }
 
 TEST(RavoctlLive, SnapshotAndRecordJoinAMeetingAndLeaveIt) {
