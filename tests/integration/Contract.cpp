@@ -32,13 +32,14 @@ std::vector<std::string> Names(const std::string& cell) {
 // "name: type, name: type, a remark".
 std::string LettersOf(const std::string& cell) {
   if (cell == "not read") return "x";
+  if (cell.starts_with("the content is ")) return "r";
   std::string letters;
   for (const auto& argument : Split(cell, ", ")) {
     const auto colon = argument.find(": ");
     if (colon == std::string::npos) continue;
     const std::string type = argument.substr(colon + 2);
-    const bool isPlain = type == "string" || type == "int" || type == "bool" || type == "float";
-    letters += isPlain ? type[0] : type == "not read" ? 'x' : 'r';
+    const bool isPlain = type == "string" || type == "int" || type == "bool" || type == "float" || type == "number";
+    letters += isPlain ? type[0] : type == "not read" ? 'x' : type[0] == '[' ? 'l' : 'r';
   }
   return letters;
 }
@@ -56,7 +57,7 @@ std::vector<Method> DocumentedMethods() {
   std::vector<Method> methods;
   for (const auto& row : RowsOf("Method")) {
     if (row.size() != 4) continue;  // the chains
-    methods.push_back({Names(row[0])[0], LettersOf(row[1]), ReplyOf(row[2]), Names(row[3])});
+    methods.push_back({Names(row[0])[0], Replaced(LettersOf(row[1]), "l", "r"), ReplyOf(row[2]), Names(row[3])});
   }
   return methods;
 }
@@ -64,7 +65,7 @@ std::vector<Method> DocumentedMethods() {
 std::vector<EventPromise> DocumentedEvents() {
   std::vector<EventPromise> events;
   for (const auto& row : RowsOf("Event")) {
-    events.push_back({Names(row[0])[0], Names(row[1])[0], Names(row[3])});
+    events.push_back({Names(row[0])[0], Names(row[1])[0], LettersOf(row[2]), Names(row[3])});
   }
   return events;
 }

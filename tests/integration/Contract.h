@@ -10,15 +10,17 @@ namespace integration {
 
 struct Method {
   std::string name;
-  // A letter each: s string, i int, b bool, f float, r what is none of these, x not read.
+  // A letter each: s string, i int, b bool, f float, r record or list, x not read.
   std::string arguments;
-  std::string reply;                 // null, number, int, bool, string, a record and so on; "=" and what it always is
+  // null, number, int, bool, string, never, a record, [a list]; "=" and what it always is.
+  std::string reply;
   std::vector<std::string> entries;  // of the engine
 };
 
 struct EventPromise {
   std::string name;
   std::string key;
+  std::string payload;               // a letter each, as above; n number, l list
   std::vector<std::string> sources;  // callbacks of the engine, and methods
 };
 

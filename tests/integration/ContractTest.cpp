@@ -194,6 +194,15 @@ std::string ReplyOf(const std::string& kind, std::int64_t result) {
   return kind.starts_with('=') ? kind.substr(1) : kind;
 }
 
+bool IsOfKind(const std::string& reply, const std::string& kind) {
+  if (kind.starts_with('=')) return reply == kind.substr(1);
+  if (kind == "null" || kind == "never") return reply == kind;
+  if (kind == "number" || kind == "int") return reply[0] == '-' || (reply[0] >= '0' && reply[0] <= '9');
+  if (kind == "bool") return reply == "true" || reply == "false";
+  if (kind == "string") return reply[0] == '"';
+  return reply[0] == (kind[0] == '[' ? '[' : '{') || reply == "null";
+}
+
 // The nth argument of its type in a call.
 std::string Typical(char type, std::ptrdiff_t nth) {
   if (type == 's') return "\"t\u00e9xt " + std::to_string(nth) + '"';
@@ -292,6 +301,8 @@ class ContractTest : public ServerTest {
     for (const auto& [call, reply] : replies) {
       const Exchange& exchange = exchanges[call];
       got[call] = reply.content;
+      const auto& kind = std::ranges::find(methods_, exchange.method, &Method::name)->reply;
+      EXPECT_TRUE(!reply.Ok() || IsOfKind(reply.content, kind)) << exchange.method << ' ' << reply.content;
       const bool later = exchange.method.ends_with("Thumbnail");
       EXPECT_EQ(reply.key, later                                          ? ""
                            : exchange.method == "setVideoCaptureRotation" ? "SetVideoCaptureRotation"

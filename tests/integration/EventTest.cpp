@@ -1,6 +1,7 @@
 // Every callback of the engine, as the client hears of it.
 #include <atomic>
 #include <map>
+#include <set>
 #include <thread>
 
 #include "Contract.h"
@@ -155,6 +156,42 @@ std::string TextOf(const Event& event) {
     if (digits == 13) content.replace(value, digits, "NOW");  // milliseconds since 1970
   }
   return event.key + ' ' + content;
+}
+
+// The kinds of a payload's elements, a letter each. There are blanks between them, and nowhere else.
+std::string KindsOf(const std::string& payload) {
+  std::string kinds;
+  for (const auto& value : Split(payload.substr(1, payload.size() - 2), ", ")) {
+    const char first = value[0];
+    kinds += first == '"' ? 's' : first == '[' ? 'l' : first == '{' ? 'r' : first == 't' || first == 'f' ? 'b' : 'n';
+  }
+  return kinds;
+}
+
+TEST(Docs, NameThePayloadOfEveryEventAsItComes) {
+  std::map<std::string, std::string> payloads;
+  std::set<std::string> unheard;
+  std::set<std::string> entries;
+  for (const auto& event : DocumentedEvents()) {
+    EXPECT_EQ(payloads.emplace(event.key, event.payload).first->second, event.payload) << event.key;
+    unheard.insert(event.key);
+  }
+  for (const Report& report : Reports()) {
+    entries.insert(report.entry);
+    if (report.content.find("null") != std::string::npos) continue;  // leaves elements out
+    for (const auto& event : Split(report.events, " | ")) {
+      const std::string key = event.substr(0, event.find(' '));
+      EXPECT_EQ(payloads[key], KindsOf(event.substr(key.size() + 1))) << event;
+      unheard.erase(key);
+    }
+  }
+  EXPECT_EQ(entries.size(), 75u);  // all but the one of pictures
+  // Those that need more than a callback are in the tests of the session, the meeting and the power.
+  EXPECT_THAT(unheard,
+              testing::UnorderedElementsAre("connect", "INIT", "ON_DISCONNECT", "LEAVE_MEETING_SUCCESS",
+                                            "LOCAL_PREVIEW_STATUS", "SERVER_SUB_STARTED", "JOIN_CHANNEL_SUCCESS",
+                                            "BATTERY_SAVING_MODE_CHANGE", "POWER_SOURCE_CHANGE_TO_AC",
+                                            "POWER_REMAIN_CHANGE", "SYSTEM_RESUME_EVENT", "SYSTEM_SUSPEND_EVENT"));
 }
 
 class EventTest : public ServerTest {

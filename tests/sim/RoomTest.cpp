@@ -38,4 +38,14 @@ TEST_F(Room, ParticipantsComePublishAndGo) {
   EXPECT_EQ(Subscribe("cid_0", 3, 0, &any), -1);
 }
 
+TEST_F(Room, JoinThatWasLeftSucceedsNoMore) {
+  SimSetParams(R"({"sim.room": {"joinDelayMs": 30}})");
+  const JoinUser early{"early", ""};
+  const JoinRoomOption option{};
+  JoinRoom("", "room", &early, &option);
+  LeaveRoom();
+  Join();
+  EXPECT_EQ(Count("OnRoomStateChanged room early 1"), 0);
+}
+
 }  // namespace

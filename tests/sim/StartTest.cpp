@@ -45,6 +45,14 @@ TEST_F(Started, RefusesToFireWhatDoesNotFit) {
   for (const auto& [entry, arguments] : cases) EXPECT_FALSE(SimFire(entry, arguments)) << entry << arguments;
 }
 
+TEST_F(Started, PushesAFrameOfTheTestsOwn) {
+  const std::uint8_t bytes[8]{};
+  const std::uint8_t* const planes[] = {bytes, bytes, bytes};
+  const std::int64_t strides[] = {4, 2, 2};
+  EXPECT_TRUE(SimPushFrame("pix", R"({"width": 4, "height": 2, "rotation": 270})", planes, 3, strides));
+  EXPECT_TRUE(stand::WaitFor("OnVideoCommonFrame pix"));
+}
+
 TEST_F(Started, NothingCallsBackAfterDestroyServer) {
   Join(R"({"userId": "ann"})");
   Watch("ann_0", 64, 36, 60);
